@@ -1,0 +1,148 @@
+#include "GameManager.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+
+#include "Clock.h"
+#include "Config.h"
+#include "FramePacing.h"
+#include "LogManager.h"
+#include "platform.h"
+
+namespace qv {
+
+namespace {
+const char *const STARS = "****************************************************";
+}
+
+GameManager::GameManager() : m_game_over(false), m_frame_time(0), m_step_count(0) {
+  setType("GameManager");
+}
+
+GameManager &GameManager::getInstance() {
+  static GameManager game_manager;
+  return game_manager;
+}
+
+int GameManager::startUp() {
+  LogManager &log = LogManager::getInstance();
+  if (isStarted()) {
+    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
+                 getType().c_str());
+    return -1;
+  }
+  Config &config = Config::getInstance();
+  config.loadConfig("");
+
+  if (log.startUp() != 0) {
+    log.writeLog("GameManager::startUp(): Error! Starting log manager.");
+    return -1;
+  }
+  log.writeLog("%s", STARS);
+  log.writeLog("** Quorvelle version %.2f **", QV_VERSION);
+  log.writeLog("** Game engine started **");
+  log.writeLog("%s", STARS);
+  config.writeConfigToLog();
+
+  log.writeLog(1, "Working directory:");
+  std::string cwd = platform::currentDirectory(256);
+  log.writeLog(1, "  %s", cwd.empty() ? "(full path too long)" : cwd.c_str());
+  log.writeLog(1, "Log Manager started.");
+
+  m_frame_time = config.getFrameTime();
+  log.writeLog(5, "GameManager::startUp(): frame time is %d milliseconds", m_frame_time);
+
+  // Ctrl-C and SIGTERM end the game through the frame loop, so shut-down
+  // runs and the log is complete. A request from an earlier run is void.
+  platform::clearStopRequest();
+  if (config.getSignals() && platform::installStopSignals() != 0)
+    log.writeLog("GameManager::startUp(): Warning! Unable to catch stop signals, "
+                 "Ctrl-C ends the program without shut-down.");
+
+  // ---- managers, in start-up order ----------------------------------------
+  // [display] DisplayManager: "GameManager::startUp(): Error! Starting display
+  //           manager." / level 1 "Display manager started."
+  // [input]   InputManager: "...Error! Starting input manager." / "Input manager started."
+  // [net]     NetworkManager, only when config.getNetworking():
+  //           "...Error! Starting network manager." / "Network manager started."
+  // [input]   ResourceManager: "...Error! Starting resource manager." /
+  //           "Resource manager started."
+  // [world]   WorldManager: "GameManager::startUp(): Error starting world manager." /
+  //           "World manager started."
+  // [paths]   PathManager: "GameManager::startUp(): Error starting path manager." /
+  //           "Path manager started."
+  // [world]   world boundary and view = display size in cells, view slack 1/3.
+
+  int seed = config.getRandomSeed();
+  if (seed == 0) seed = static_cast<int>(static_cast<std::uint32_t>(std::time(nullptr)));
+  if (seed != -1) {
+    log.writeLog(10, "GameManager()::startUp(): srand() seed with %d", seed);
+    std::srand(static_cast<unsigned int>(seed));
+  }
+  // The 1 ms timer resolution request has no counterpart here: nanosleep
+  // already sleeps with a far finer resolution.
+
+  m_game_over = false;
+  Manager::startUp();
+  log.writeLog(1, "GameManager successfully started.");
+  return 0;
+}
+
+void GameManager::shutDown() {
+  LogManager &log = LogManager::getInstance();
+  m_game_over = true;
+
+  // ---- managers, in shut-down order ---------------------------------------
+  // Each: if started, shutDown() then the level-1 line.
+  // [paths]   PathManager     "Path manager stopped"
+  // [world]   WorldManager    "World manager stopped"
+  // [input]   ResourceManager "Resource manager stopped"
+  // [net]     NetworkManager  "Network manager stopped" (only when networking)
+  // [input]   InputManager    "Input manager stopped"
+  // [display] DisplayManager  "Display manager stopped"
+
+  log.writeLog("%s", STARS);
+  log.writeLog("** Game engine stopped **");
+  if (log.isStarted()) log.shutDown();
+  if (Config::getInstance().getSignals()) platform::restoreStopSignals();
+  Manager::shutDown();
+}
+
+void GameManager::run() {
+  LogManager &log = LogManager::getInstance();
+  Clock clock;
+  log.writeLog(1, "GameManager::run(): starting game loop");
+  m_game_over = false;
+  m_step_count = 0;
+  std::int64_t adjust = 0;
+  while (true) {
+    clock.delta();
+    // ---- one frame, in this order ---------------------------------------
+    // [world]   EventStep step(m_step_count); onEvent(&step);
+    // [display] DisplayManager::swapBuffers();
+    // [input]   InputManager::getInput();
+    // [world]   WorldManager::update(); WorldManager::draw();
+    // [net]     when networking: accept() as a server; send due messages.
+    std::int64_t split = clock.split();
+    int budget = pathBudget(m_frame_time, split, adjust);
+    (void)budget;
+    // [paths]   PathManager::cycle(budget);
+    adjust = finishFrame(clock, m_frame_time, m_step_count, adjust);
+    m_step_count++;
+    if (getGameOver()) break;
+  }
+  log.writeLog(1, "GameManager::run(): end of game loop");
+}
+
+bool GameManager::isValid(std::string event_type) const { return event_type == "qv-step"; }
+
+void GameManager::setGameOver(bool game_over) { m_game_over = game_over; }
+
+bool GameManager::getGameOver() const { return m_game_over || platform::stopRequested(); }
+
+int GameManager::getFrameTime() const { return m_frame_time; }
+
+int GameManager::getStepCount() const { return m_step_count; }
+
+}  // namespace qv

@@ -1,0 +1,134 @@
+#include "utility.h"
+
+#include <cmath>
+#include <sstream>
+
+#include <SFML/Graphics/Color.hpp>
+
+#include "LogManager.h"
+
+namespace qv {
+
+namespace {
+
+struct ColorInfo {
+  unsigned char r, g, b;
+  const char *name;
+};
+
+const ColorInfo COLORS[] = {
+    {0, 0, 0, "Black"},       {255, 0, 0, "Red"},       {0, 255, 0, "Green"},
+    {255, 255, 0, "Yellow"},  {0, 0, 255, "Blue"},      {255, 0, 255, "Magenta"},
+    {0, 255, 255, "Cyan"},    {255, 255, 255, "White"},
+};
+
+bool isTableColor(Color c) { return c >= BLACK && c <= WHITE; }
+
+// names[value] when value is in range, else the fallback.
+template <size_t N>
+std::string nameOf(int value, const char *const (&names)[N], const char *fallback) {
+  return value >= 0 && value < static_cast<int>(N) ? names[value] : fallback;
+}
+
+}  // namespace
+
+void colorToRGB(Color c, unsigned char &r, unsigned char &g, unsigned char &b) {
+  if (isTableColor(c)) {
+    r = COLORS[c].r;
+    g = COLORS[c].g;
+    b = COLORS[c].b;
+  } else if (c != CUSTOM) {
+    LogManager::getInstance().writeLog(5, "colorToRGB(): Color %d not supported.",
+                                       static_cast<int>(c));
+  }
+}
+
+sf::Color colorToSFML(Color c) {
+  if (isTableColor(c)) return sf::Color(COLORS[c].r, COLORS[c].g, COLORS[c].b, 255);
+  if (c == CUSTOM)
+    LogManager::getInstance().writeLog(5, "colorToSFML(): Color is CUSTOM.");
+  else
+    LogManager::getInstance().writeLog(5, "colorToSFML(): Color %d not supported.",
+                                       static_cast<int>(c));
+  return sf::Color(255, 255, 255, 255);
+}
+
+std::string colorToString(Color c) {
+  return isTableColor(c) ? COLORS[c].name : "Unknown color";
+}
+
+std::string solidnessToString(Solidness s) {
+  static const char *const names[] = {"hard", "soft", "spectral"};
+  return nameOf(static_cast<int>(s), names, "undefined");
+}
+
+std::string transformToString(Transform t) {
+  static const char *const names[] = {"NONE", "VERTICAL", "HORIZONTAL", "BOTH"};
+  return nameOf(static_cast<int>(t), names, "UNKNOWN");
+}
+
+std::string locationToString(int location) {
+  static const char *const names[] = {"top-left",      "top-center",   "top-right",
+                                      "center-left",   "center-center", "center-right",
+                                      "bot-left",      "bot-center",   "bot-right"};
+  return nameOf(location, names, "unknown");
+}
+
+std::string boolToString(bool b) { return b ? "true" : "false"; }
+
+std::string toString(int i) {
+  std::ostringstream ss;
+  ss << i;
+  return ss.str();
+}
+
+std::string toString(float f) {
+  std::ostringstream ss;
+  ss << f;
+  return ss.str();
+}
+
+std::string toBinaryString(unsigned int bits) {
+  std::string text;
+  text.reserve(32);
+  for (int bit = 31; bit >= 0; bit--) text += ((bits >> bit) & 1u) ? '1' : '0';
+  return text;
+}
+
+int checkStream(const char *where, std::ios &stream) {
+  if (stream.good()) return 0;
+  const char *fault = stream.eof()    ? "eof"
+                      : stream.fail() ? "fail"
+                      : stream.bad()  ? "bad"
+                                      : "error";
+  LogManager::getInstance().writeLog("%s: Error! Stream %s.", where, fault);
+  return -1;
+}
+
+bool boxIntersectsBox(const Box &a, const Box &b) {
+  float ax = a.getCorner().getX(), ay = a.getCorner().getY();
+  float bx = b.getCorner().getX(), by = b.getCorner().getY();
+  bool x_overlap = valueInRange(ax, bx, bx + b.getHorizontal()) ||
+                   valueInRange(bx, ax, ax + a.getHorizontal());
+  bool y_overlap = valueInRange(ay, by, by + b.getVertical()) ||
+                   valueInRange(by, ay, ay + a.getVertical());
+  return x_overlap && y_overlap;
+}
+
+bool boxContainsPosition(const Box &box, const Vector &p) {
+  float x = box.getCorner().getX(), y = box.getCorner().getY();
+  return valueInRange(p.getX(), x, x + box.getHorizontal()) &&
+         valueInRange(p.getY(), y, y + box.getVertical());
+}
+
+float distance(const Vector &p1, const Vector &p2) {
+  float dx = std::fabs(p1.getX() - p2.getX());
+  float dy = std::fabs(p1.getY() - p2.getY());
+  return std::sqrt(dx * dx + dy * dy);
+}
+
+bool valueInRange(float value, float min, float max) {
+  return min <= value && value <= max;
+}
+
+}  // namespace qv

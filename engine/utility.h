@@ -1,0 +1,70 @@
+#ifndef QV_UTILITY_H
+#define QV_UTILITY_H
+
+#include <ios>
+#include <string>
+
+#include "Box.h"
+#include "Vector.h"
+
+namespace sf {
+class Color;
+}
+
+namespace qv {
+
+// The engine's colours. CUSTOM marks a colour given by explicit components
+// elsewhere and has none of its own.
+enum Color : int {
+  BLACK = 0,
+  RED = 1,
+  GREEN = 2,
+  YELLOW = 3,
+  BLUE = 4,
+  MAGENTA = 5,
+  CYAN = 6,
+  WHITE = 7,
+  CUSTOM = 8,
+};
+
+// Defined with objects (Object.h) and animations (Animation.h).
+enum Solidness : int;
+enum Transform : int;
+
+// ---- colours and names -------------------------------------------------------
+// Writes c's components; leaves r, g, b untouched for CUSTOM and bad values.
+void colorToRGB(Color c, unsigned char &r, unsigned char &g, unsigned char &b);
+// c with alpha 255; opaque white for CUSTOM and bad values.
+sf::Color colorToSFML(Color c);
+std::string colorToString(Color c);
+std::string solidnessToString(Solidness s);
+std::string transformToString(Transform t);
+// A view object's place on the screen, "top-left" (0) to "bot-right" (8).
+std::string locationToString(int location);
+std::string boolToString(bool b);
+
+// ---- numbers as text ---------------------------------------------------------
+// As a standard stream writes them by default (floats: six significant digits).
+std::string toString(int i);
+std::string toString(float f);
+// Exactly 32 characters, most significant bit first.
+std::string toBinaryString(unsigned int bits);
+
+// 0 if the stream is good, else one log line naming where and the fault, -1.
+int checkStream(const char *where, std::ios &stream);
+
+// ---- geometry ----------------------------------------------------------------
+// Overlap on both axes, shared edges and corners included.
+bool boxIntersectsBox(const Box &a, const Box &b);
+bool boxContainsPosition(const Box &box, const Vector &p);
+float distance(const Vector &p1, const Vector &p2);
+// min <= value <= max.
+bool valueInRange(float value, float min, float max);
+// World position relative to the world manager's view, and back.
+// (Defined with the world manager, which owns the view.)
+Vector worldToView(const Vector &world_pos);
+Vector viewToWorld(const Vector &view_pos);
+
+}  // namespace qv
+
+#endif

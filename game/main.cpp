@@ -1,0 +1,21 @@
+// Program entry: start the engine, let the game set itself up, run the frame
+// loop until game over, shut down. Exit status 1 when the engine cannot start.
+
+#include "GameManager.h"
+#include "LogManager.h"
+
+int main() {
+  qv::GameManager &game_manager = qv::GameManager::getInstance();
+  if (game_manager.startUp() != 0) {
+    qv::LogManager::getInstance().writeLog("Error starting game manager!");
+    game_manager.shutDown();
+    return 1;
+  }
+
+  // The game's start-up (display size, flushing log, splash, assets, title
+  // screen) goes here.
+
+  game_manager.run();
+  game_manager.shutDown();
+  return 0;
+}
