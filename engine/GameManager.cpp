@@ -8,6 +8,7 @@
 #include "Config.h"
 #include "FramePacing.h"
 #include "LogManager.h"
+#include "PathManager.h"
 #include "platform.h"
 
 namespace qv {
@@ -70,8 +71,12 @@ int GameManager::startUp() {
   //           "Resource manager started."
   // [world]   WorldManager: "GameManager::startUp(): Error starting world manager." /
   //           "World manager started."
-  // [paths]   PathManager: "GameManager::startUp(): Error starting path manager." /
-  //           "Path manager started."
+  PathManager &path_manager = PathManager::getInstance();
+  if (path_manager.startUp() != 0) {
+    log.writeLog("GameManager::startUp(): Error starting path manager.");
+    return -1;
+  }
+  log.writeLog(1, "Path manager started.");
   // [world]   world boundary and view = display size in cells, view slack 1/3.
 
   int seed = config.getRandomSeed();
@@ -95,7 +100,11 @@ void GameManager::shutDown() {
 
   // ---- managers, in shut-down order ---------------------------------------
   // Each: if started, shutDown() then the level-1 line.
-  // [paths]   PathManager     "Path manager stopped"
+  PathManager &path_manager = PathManager::getInstance();
+  if (path_manager.isStarted()) {
+    path_manager.shutDown();
+    log.writeLog(1, "Path manager stopped");
+  }
   // [world]   WorldManager    "World manager stopped"
   // [input]   ResourceManager "Resource manager stopped"
   // [net]     NetworkManager  "Network manager stopped" (only when networking)
@@ -125,9 +134,7 @@ void GameManager::run() {
     // [world]   WorldManager::update(); WorldManager::draw();
     // [net]     when networking: accept() as a server; send due messages.
     std::int64_t split = clock.split();
-    int budget = pathBudget(m_frame_time, split, adjust);
-    (void)budget;
-    // [paths]   PathManager::cycle(budget);
+    PathManager::getInstance().cycle(pathBudget(m_frame_time, split, adjust));
     adjust = finishFrame(clock, m_frame_time, m_step_count, adjust);
     m_step_count++;
     if (getGameOver()) break;
