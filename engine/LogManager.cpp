@@ -75,7 +75,8 @@ int LogManager::vwrite(int message_level, const char *fmt, va_list args) const {
   int written = std::vfprintf(out, fmt, args);
   if (written < 0) failed = true;
   if (std::fputc('\n', out) == EOF) failed = true;
-  if (m_do_flush) std::fflush(out);
+  // With flushing on, a full disk shows up here rather than at a later line.
+  if (m_do_flush && std::fflush(out) != 0) failed = true;
   return failed ? -1 : written;
 }
 

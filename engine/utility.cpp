@@ -97,10 +97,12 @@ std::string toBinaryString(unsigned int bits) {
 
 int checkStream(const char *where, std::ios &stream) {
   if (stream.good()) return 0;
-  const char *fault = stream.eof()    ? "eof"
-                      : stream.fail() ? "fail"
-                      : stream.bad()  ? "bad"
-                                      : "error";
+  // Test the flags one by one: fail() alone is also true for a bad stream.
+  std::ios::iostate state = stream.rdstate();
+  const char *fault = (state & std::ios::eofbit)    ? "eof"
+                      : (state & std::ios::failbit) ? "fail"
+                      : (state & std::ios::badbit)  ? "bad"
+                                                    : "error";
   LogManager::getInstance().writeLog("%s: Error! Stream %s.", where, fault);
   return -1;
 }
