@@ -6,9 +6,12 @@
 
 #include "Clock.h"
 #include "Config.h"
+#include "DisplayManager.h"
+#include "EventStep.h"
 #include "FramePacing.h"
 #include "LogManager.h"
 #include "PathManager.h"
+#include "WorldManager.h"
 #include "platform.h"
 
 namespace qv {
@@ -69,15 +72,24 @@ int GameManager::startUp() {
   //           "...Error! Starting network manager." / "Network manager started."
   // [input]   ResourceManager: "...Error! Starting resource manager." /
   //           "Resource manager started."
-  // [world]   WorldManager: "GameManager::startUp(): Error starting world manager." /
-  //           "World manager started."
+  WorldManager &world_manager = WorldManager::getInstance();
+  if (world_manager.startUp() != 0) {
+    log.writeLog("GameManager::startUp(): Error starting world manager.");
+    return -1;
+  }
+  log.writeLog(1, "World manager started.");
   PathManager &path_manager = PathManager::getInstance();
   if (path_manager.startUp() != 0) {
     log.writeLog("GameManager::startUp(): Error starting path manager.");
     return -1;
   }
   log.writeLog(1, "Path manager started.");
-  // [world]   world boundary and view = display size in cells, view slack 1/3.
+  const DisplayManager &display_manager = DisplayManager::getInstance();
+  const Box screen(Vector(0, 0), static_cast<float>(display_manager.getHorizontalChars()),
+                   static_cast<float>(display_manager.getVerticalChars()));
+  world_manager.setBoundary(screen);
+  world_manager.setView(screen);
+  world_manager.setViewSlack(Vector(1.0f / 3, 1.0f / 3));
 
   int seed = config.getRandomSeed();
   if (seed == 0) seed = static_cast<int>(static_cast<std::uint32_t>(std::time(nullptr)));
@@ -105,7 +117,11 @@ void GameManager::shutDown() {
     path_manager.shutDown();
     log.writeLog(1, "Path manager stopped");
   }
-  // [world]   WorldManager    "World manager stopped"
+  WorldManager &world_manager = WorldManager::getInstance();
+  if (world_manager.isStarted()) {
+    world_manager.shutDown();
+    log.writeLog(1, "World manager stopped");
+  }
   // [input]   ResourceManager "Resource manager stopped"
   // [net]     NetworkManager  "Network manager stopped" (only when networking)
   // [input]   InputManager    "Input manager stopped"
@@ -128,10 +144,12 @@ void GameManager::run() {
   while (true) {
     clock.delta();
     // ---- one frame, in this order ---------------------------------------
-    // [world]   EventStep step(m_step_count); onEvent(&step);
+    EventStep step(m_step_count);
+    onEvent(&step);
     // [display] DisplayManager::swapBuffers();
     // [input]   InputManager::getInput();
-    // [world]   WorldManager::update(); WorldManager::draw();
+    WorldManager::getInstance().update();
+    WorldManager::getInstance().draw();
     // [net]     when networking: accept() as a server; send due messages.
     std::int64_t split = clock.split();
     PathManager::getInstance().cycle(pathBudget(m_frame_time, split, adjust));

@@ -3,7 +3,15 @@
 
 #include <string>
 
+#include "ObjectList.h"
+
 namespace qv {
+
+class Event;
+class Object;
+
+// Most distinct event types one manager can hold interest in.
+const int MAX_EVENT_TYPES = 100;
 
 // Base of every engine manager: a type name and a started flag with the
 // start/stop rules every manager shares. Managers are singletons started and
@@ -25,12 +33,30 @@ class Manager {
   void setType(std::string type);
   bool isStarted() const;
 
+  // Calls eventHandler on every active object interested in the event's
+  // type, walking a copy of the list so handlers may register or withdraw.
+  // Returns how many handlers answered non-zero.
+  int onEvent(const Event *p_event) const;
+  // Objects call these through Object::registerInterest, which also keeps
+  // the object's own list. 0, or -1 when refused (a second registration of
+  // the same object is a warning and 0).
+  int registerInterest(Object *p_o, std::string event_type);
+  int unregisterInterest(Object *p_o, std::string event_type);
+  // The objects interested in event_type (empty when none).
+  ObjectList getInterested(std::string event_type) const;
+  int getEventCount() const;
+
  private:
   Manager(const Manager &) = delete;
   Manager &operator=(const Manager &) = delete;
 
-  std::string m_type;    // "Manager" until a derived constructor names it
-  bool m_is_started;     // false until startUp succeeds
+  int findEvent(const std::string &event_type) const;
+
+  std::string m_type;                          // "Manager" until a derived constructor names it
+  int m_event_count;                           // 0 event types in use
+  std::string m_event[MAX_EVENT_TYPES];        // the types in use, slots 0 .. m_event_count - 1
+  ObjectList m_obj_list[MAX_EVENT_TYPES];      // slot i: the objects interested in m_event[i]
+  bool m_is_started;                           // false until startUp succeeds
 };
 
 }  // namespace qv

@@ -13,6 +13,8 @@ class Color;
 
 namespace qv {
 
+class Object;
+
 // The engine's colours. CUSTOM marks a colour given by explicit components
 // elsewhere and has none of its own.
 enum Color : int {
@@ -64,6 +66,14 @@ bool valueInRange(float value, float min, float max);
 // (Defined with the world manager, which owns the view.)
 Vector worldToView(const Vector &world_pos);
 Vector viewToWorld(const Vector &view_pos);
+// p_o's box placed at its position, or at where.
+// (Defined with the world manager, like the view conversions.)
+Box getWorldBox(const Object *p_o);
+Box getWorldBox(const Object *p_o, Vector where);
+// The side of the obstacle p_o2 that the moving p_o1 meets this frame:
+// (0,-1) above, (0,1) below, (-1,0) left, (1,0) right, both components
+// for a corner; (0,0), logged at level 1, when they do not meet.
+Vector getNormal(const Object *p_o1, const Object *p_o2);
 
 }  // namespace qv
 
