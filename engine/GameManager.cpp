@@ -9,8 +9,10 @@
 #include "DisplayManager.h"
 #include "EventStep.h"
 #include "FramePacing.h"
+#include "InputManager.h"
 #include "LogManager.h"
 #include "PathManager.h"
+#include "ResourceManager.h"
 #include "WorldManager.h"
 #include "platform.h"
 
@@ -67,11 +69,20 @@ int GameManager::startUp() {
   // ---- managers, in start-up order ----------------------------------------
   // [display] DisplayManager: "GameManager::startUp(): Error! Starting display
   //           manager." / level 1 "Display manager started."
-  // [input]   InputManager: "...Error! Starting input manager." / "Input manager started."
+  InputManager &input_manager = InputManager::getInstance();
+  if (input_manager.startUp() != 0) {
+    log.writeLog("GameManager::startUp(): Error! Starting input manager.");
+    return -1;
+  }
+  log.writeLog(1, "Input manager started.");
   // [net]     NetworkManager, only when config.getNetworking():
   //           "...Error! Starting network manager." / "Network manager started."
-  // [input]   ResourceManager: "...Error! Starting resource manager." /
-  //           "Resource manager started."
+  ResourceManager &resource_manager = ResourceManager::getInstance();
+  if (resource_manager.startUp() != 0) {
+    log.writeLog("GameManager::startUp(): Error! Starting resource manager.");
+    return -1;
+  }
+  log.writeLog(1, "Resource manager started.");
   WorldManager &world_manager = WorldManager::getInstance();
   if (world_manager.startUp() != 0) {
     log.writeLog("GameManager::startUp(): Error starting world manager.");
@@ -122,9 +133,17 @@ void GameManager::shutDown() {
     world_manager.shutDown();
     log.writeLog(1, "World manager stopped");
   }
-  // [input]   ResourceManager "Resource manager stopped"
+  ResourceManager &resource_manager = ResourceManager::getInstance();
+  if (resource_manager.isStarted()) {
+    resource_manager.shutDown();
+    log.writeLog(1, "Resource manager stopped");
+  }
   // [net]     NetworkManager  "Network manager stopped" (only when networking)
-  // [input]   InputManager    "Input manager stopped"
+  InputManager &input_manager = InputManager::getInstance();
+  if (input_manager.isStarted()) {
+    input_manager.shutDown();
+    log.writeLog(1, "Input manager stopped");
+  }
   // [display] DisplayManager  "Display manager stopped"
 
   log.writeLog("%s", STARS);
@@ -147,7 +166,7 @@ void GameManager::run() {
     EventStep step(m_step_count);
     onEvent(&step);
     // [display] DisplayManager::swapBuffers();
-    // [input]   InputManager::getInput();
+    InputManager::getInstance().getInput();
     WorldManager::getInstance().update();
     WorldManager::getInstance().draw();
     // [net]     when networking: accept() as a server; send due messages.
