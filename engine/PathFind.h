@@ -25,7 +25,7 @@ class Object;
 class PathFind {
  public:
   // A search for p_o from cell start to cell goal (both rounded to the
-  // nearest cell), optionally ending as soon as p_o touches p_target. The
+  // nearest cell, whose centre the position is closest to), optionally ending as soon as p_o touches p_target. The
   // node graph covers the world manager's current boundary and is
   // allocated here, once; with an empty boundary it stays unallocated and
   // the first step fails.
@@ -75,7 +75,7 @@ class PathFind {
   const Node &node(Cell c) const;
   bool isBlocked(int x, int y) const;
   bool touchesTarget(Cell c) const;
-  int takeBestOpen(Cell &current);
+  void takeBestOpen(Cell &current);
 
   Object *m_p_object;              // the mover, not owned
   Object *m_p_target;              // null, or the object to reach, not owned

@@ -21,7 +21,8 @@ class PathManager : public Manager {
 
   // Takes the minimum cycle time from the game manager's frame time.
   int startUp() override;
-  // Forgets the listed searches without deleting them (objects own them).
+  // Leaves the listed searches alone: their objects own them and delist
+  // them when they go.
   void shutDown() override;
 
   // Starts a search for p_o from its cell toward goal (optionally until it
@@ -47,9 +48,12 @@ class PathManager : public Manager {
 
  private:
   PathManager();
+  void deliver(PathFind *p_path_find, int status);
 
   std::vector<PathFind *> m_searches;  // the running searches, stepped in order
   int m_min_cycle_time;                // ms, frame time / 10
+  PathFind *m_p_delivering;            // null, or the search whose result is out
+  bool m_delivery_released;            // its object released it during delivery
 };
 
 }  // namespace qv
