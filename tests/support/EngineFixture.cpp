@@ -1,6 +1,8 @@
 #include "EngineFixture.h"
 
 #include "GameManager.h"
+#include "LogManager.h"
+#include "platform.h"
 
 namespace qvtest {
 
@@ -15,10 +17,20 @@ void EngineFixture::SetUp() {
   ASSERT_EQ(qv::GameManager::getInstance().startUp(), 0) << log->text();
 }
 
+int EngineFixture::restartWith(const std::string &extra_config) {
+  qv::GameManager::getInstance().shutDown();
+  dir.write("qv-config.txt", extra_config + config());  // the first key wins
+  return qv::GameManager::getInstance().startUp();
+}
+
 void EngineFixture::TearDown() {
   // Like the program entry, shut down even after a failed start: it stops
   // exactly the managers that did start.
-  qv::GameManager::getInstance().shutDown();
+  qv::GameManager &game_manager = qv::GameManager::getInstance();
+  if (game_manager.isStarted() || qv::LogManager::getInstance().isStarted())
+    game_manager.shutDown();
+  // A stop signal a test raised must not end the next test's loops.
+  qv::platform::clearStopRequest();
   config_env.reset();
   log.reset();
 }

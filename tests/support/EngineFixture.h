@@ -22,6 +22,11 @@ class EngineFixture : public ::testing::Test {
   void SetUp() override;
   void TearDown() override;
 
+  // Shuts the engine down and starts it again from extra_config followed by
+  // config() (the first occurrence of a key wins); the result of
+  // GameManager::startUp.
+  int restartWith(const std::string &extra_config);
+
   TempDir dir;
   std::unique_ptr<LogCapture> log;  // the engine's log, readable any time
   std::unique_ptr<ScopedEnv> config_env;

@@ -1,0 +1,114 @@
+#include <gtest/gtest.h>
+
+#include <signal.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "ChildProcess.h"
+#include "TempDir.h"
+
+using qvtest::ChildProcess;
+using qvtest::TempDir;
+
+namespace {
+
+const std::string STARS(52, '*');
+const std::vector<std::string> BANNERS = {STARS, "** Quorvelle version 4.25 **",
+                                          "** Game engine started **", STARS};
+
+// A run folder with the shipped assets and a headless configuration.
+void prepare(const TempDir &dir, const std::string &extra_config = "") {
+  qvtest::copyRunFolder(dir.path());
+  dir.write("qv-config.txt",
+            "# end-to-end run\nheadless:true,\nnetworking:false,\n" + extra_config);
+}
+
+std::vector<std::string> logOf(const TempDir &dir) {
+  return qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
+}
+
+bool has(const std::vector<std::string> &lines, const std::string &line) {
+  return std::find(lines.begin(), lines.end(), line) != lines.end();
+}
+
+}  // namespace
+
+TEST(MainTest, CtrlCEndsTheGameWithStatusZeroAndOnlyTheBannersAtLevelZero) {
+  TempDir dir;
+  prepare(dir);
+  ChildProcess game(QV_GAME_PATH, dir.path(),
+                    {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr},
+                     {"QUORVELLE_LOG_LEVEL", nullptr}});
+  ASSERT_TRUE(game.waitUntilCatching(SIGINT));
+  game.sendSignal(SIGINT);
+  ASSERT_TRUE(game.wait());
+  ASSERT_TRUE(game.exited()) << "signal " << game.termSignal();
+  EXPECT_EQ(game.exitStatus(), 0);
+  std::vector<std::string> expected = BANNERS;
+  expected.push_back(STARS);
+  expected.push_back("** Game engine stopped **");
+  EXPECT_EQ(logOf(dir), expected);
+  EXPECT_EQ(game.stderrText(), "");
+}
+
+TEST(MainTest, RaisedLogLevelShowsSettingsAndManagerLifecycleAndSigtermStopsToo) {
+  TempDir dir;
+  prepare(dir, "frame_time:20,\n");
+  ChildProcess game(QV_GAME_PATH, dir.path(),
+                    {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr},
+                     {"QUORVELLE_LOG_LEVEL", "5"}});
+  ASSERT_TRUE(game.waitUntilCatching(SIGTERM));
+  game.sendSignal(SIGTERM);
+  ASSERT_TRUE(game.wait());
+  ASSERT_TRUE(game.exited()) << "signal " << game.termSignal();
+  EXPECT_EQ(game.exitStatus(), 0);
+  std::vector<std::string> lines = logOf(dir);
+  for (const char *line :
+       {"LogManager::startUp(): successfully started.", "Quorvelle configuration:",
+        "  Frame time: 20", "  Headless: true", "  Networking: false", "Working directory:",
+        "Log Manager started.", "GameManager::startUp(): frame time is 20 milliseconds",
+        "GameManager successfully started.",
+        "GameManager::run(): starting game loop", "GameManager::run(): end of game loop",
+        "** Game engine stopped **",
+        "LogManager::shutDown(): successfully stopped."})
+    EXPECT_TRUE(has(lines, line)) << "missing: " << line;
+  EXPECT_FALSE(has(lines, "Network manager started."));
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), "LogManager::shutDown(): successfully stopped.");
+}
+
+TEST(MainTest, UnopenableLogEndsWithStatusOneAndTheReasonOnStandardError) {
+  TempDir dir;
+  prepare(dir);
+  std::string log_name = dir.file("no-such-folder/quorvelle.log");
+  ChildProcess game(QV_GAME_PATH, dir.path(),
+                    {{"QUORVELLE_LOG", log_name.c_str()}, {"QUORVELLE_CONFIG", nullptr}});
+  ASSERT_TRUE(game.wait());
+  ASSERT_TRUE(game.exited());
+  EXPECT_EQ(game.exitStatus(), 1);
+  EXPECT_EQ(qvtest::logMessages(game.stderrText()),
+            (std::vector<std::string>{
+                "LogManager::startup(): Warning! Unable to open file '" + log_name + "'.",
+                "GameManager::startUp(): Error! Starting log manager.",
+                "Error starting game manager!", STARS, "** Game engine stopped **"}));
+}
+
+TEST(MainTest, WithSignalsOffCtrlCKeepsItsDefaultEffect) {
+  TempDir dir;
+  prepare(dir, "signals:false,\n");
+  ChildProcess game(QV_GAME_PATH, dir.path(),
+                    {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr}});
+  // The log file appears once the engine is starting.
+  for (int i = 0; i < 2000 && !std::filesystem::exists(dir.file("quorvelle.log")); i++)
+    usleep(5000);
+  EXPECT_FALSE(game.waitUntilCatching(SIGINT, 100));
+  game.sendSignal(SIGINT);
+  ASSERT_TRUE(game.wait());
+  EXPECT_FALSE(game.exited());
+  EXPECT_EQ(game.termSignal(), SIGINT);
+}

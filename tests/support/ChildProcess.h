@@ -1,0 +1,52 @@
+#ifndef QV_TEST_CHILD_PROCESS_H
+#define QV_TEST_CHILD_PROCESS_H
+
+#include <sys/types.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qvtest {
+
+// Copies the built program's run folder (assets, configuration) into dir,
+// leaving out the program and any log, so a test can change files freely.
+void copyRunFolder(const std::string &dir);
+
+// The built program (or any executable) started as a separate process in a
+// working directory of the test's choosing, its standard error kept in a
+// file. The process is killed if it is still running when the object goes.
+class ChildProcess {
+ public:
+  // env: variables to set; a null value unsets the variable.
+  ChildProcess(const std::string &program, const std::string &dir,
+               const std::vector<std::pair<std::string, const char *>> &env = {});
+  ~ChildProcess();
+  ChildProcess(const ChildProcess &) = delete;
+  ChildProcess &operator=(const ChildProcess &) = delete;
+
+  pid_t pid() const { return m_pid; }
+  // Waits until the process catches sig (it has installed a handler).
+  bool waitUntilCatching(int sig, int timeout_ms = 10000) const;
+  void sendSignal(int sig) const;
+  // Waits for the end; false on timeout (the process is then killed).
+  bool wait(int timeout_ms = 10000);
+
+  bool exited() const { return m_exited; }
+  int exitStatus() const { return m_exit_status; }
+  // The signal that ended the process, 0 if it exited.
+  int termSignal() const { return m_term_signal; }
+  std::string stderrText() const;
+
+ private:
+  pid_t m_pid = -1;
+  bool m_done = false;
+  bool m_exited = false;
+  int m_exit_status = -1;
+  int m_term_signal = 0;
+  std::string m_stderr_path;
+};
+
+}  // namespace qvtest
+
+#endif
