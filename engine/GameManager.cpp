@@ -67,8 +67,11 @@ int GameManager::startUp() {
                  "Ctrl-C ends the program without shut-down.");
 
   // ---- managers, in start-up order ----------------------------------------
-  // [display] DisplayManager: "GameManager::startUp(): Error! Starting display
-  //           manager." / level 1 "Display manager started."
+  if (DisplayManager::getInstance().startUp() != 0) {
+    log.writeLog("GameManager::startUp(): Error! Starting display manager.");
+    return -1;
+  }
+  log.writeLog(1, "Display manager started.");
   InputManager &input_manager = InputManager::getInstance();
   if (input_manager.startUp() != 0) {
     log.writeLog("GameManager::startUp(): Error! Starting input manager.");
@@ -144,7 +147,11 @@ void GameManager::shutDown() {
     input_manager.shutDown();
     log.writeLog(1, "Input manager stopped");
   }
-  // [display] DisplayManager  "Display manager stopped"
+  DisplayManager &display_manager = DisplayManager::getInstance();
+  if (display_manager.isStarted()) {
+    display_manager.shutDown();
+    log.writeLog(1, "Display manager stopped");
+  }
 
   log.writeLog("%s", STARS);
   log.writeLog("** Game engine stopped **");
@@ -165,7 +172,7 @@ void GameManager::run() {
     // ---- one frame, in this order ---------------------------------------
     EventStep step(m_step_count);
     onEvent(&step);
-    // [display] DisplayManager::swapBuffers();
+    DisplayManager::getInstance().swapBuffers();
     InputManager::getInstance().getInput();
     WorldManager::getInstance().update();
     WorldManager::getInstance().draw();
