@@ -7,6 +7,7 @@
 #include "EventOut.h"
 #include "LogManager.h"
 #include "Object.h"
+#include "ViewObject.h"
 #include "utility.h"
 
 namespace qv {
@@ -224,7 +225,9 @@ void WorldManager::draw() {
     const int count = visible.getCount();
     for (int i = 0; i < count; i++) {
       Object *p_o = visible[i];
-      if (boxIntersectsBox(getWorldBox(p_o), m_view)) p_o->draw();
+      // View objects place themselves relative to the view, wherever they are.
+      if (boxIntersectsBox(getWorldBox(p_o), m_view) || dynamic_cast<ViewObject *>(p_o))
+        p_o->draw();
     }
   }
 }
