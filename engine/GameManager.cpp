@@ -11,6 +11,7 @@
 #include "FramePacing.h"
 #include "InputManager.h"
 #include "LogManager.h"
+#include "NetworkManager.h"
 #include "PathManager.h"
 #include "ResourceManager.h"
 #include "WorldManager.h"
@@ -78,8 +79,13 @@ int GameManager::startUp() {
     return -1;
   }
   log.writeLog(1, "Input manager started.");
-  // [net]     NetworkManager, only when config.getNetworking():
-  //           "...Error! Starting network manager." / "Network manager started."
+  if (config.getNetworking()) {
+    if (NetworkManager::getInstance().startUp() != 0) {
+      log.writeLog("GameManager::startUp(): Error! Starting network manager.");
+      return -1;
+    }
+    log.writeLog(1, "Network manager started.");
+  }
   ResourceManager &resource_manager = ResourceManager::getInstance();
   if (resource_manager.startUp() != 0) {
     log.writeLog("GameManager::startUp(): Error! Starting resource manager.");
@@ -141,7 +147,11 @@ void GameManager::shutDown() {
     resource_manager.shutDown();
     log.writeLog(1, "Resource manager stopped");
   }
-  // [net]     NetworkManager  "Network manager stopped" (only when networking)
+  NetworkManager &network_manager = NetworkManager::getInstance();
+  if (Config::getInstance().getNetworking() && network_manager.isStarted()) {
+    network_manager.shutDown();
+    log.writeLog(1, "Network manager stopped");
+  }
   InputManager &input_manager = InputManager::getInstance();
   if (input_manager.isStarted()) {
     input_manager.shutDown();
@@ -176,7 +186,11 @@ void GameManager::run() {
     InputManager::getInstance().getInput();
     WorldManager::getInstance().update();
     WorldManager::getInstance().draw();
-    // [net]     when networking: accept() as a server; send due messages.
+    if (Config::getInstance().getNetworking()) {
+      NetworkManager &network_manager = NetworkManager::getInstance();
+      if (network_manager.isServer()) network_manager.accept();
+      if (network_manager.isConnected()) network_manager.sendDue();
+    }
     std::int64_t split = clock.split();
     PathManager::getInstance().cycle(pathBudget(m_frame_time, split, adjust));
     adjust = finishFrame(clock, m_frame_time, m_step_count, adjust);

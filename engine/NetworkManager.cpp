@@ -416,8 +416,7 @@ void NetworkManager::announce(int label, int sock, int bytes, const void *p_mess
   event.setSocketIndex(sock);
   event.setBytes(bytes);
   event.setMessage(p_message);
-  (void)event;  // delivered once the interest table lands
-  // onEvent(&event);
+  onEvent(&event);
 }
 
 void NetworkManager::logSocketError(int code) const {
