@@ -51,6 +51,9 @@ class PathFind {
   int getRows() const;
   int getOpenCount() const;
   int getClosedCount() const;
+  // Whether the world, as it is now, keeps the object out of cell (x, y):
+  // the first HARD object its box would touch there does not cover the goal.
+  bool isBlocked(int x, int y) const;
 
  private:
   PathFind(const PathFind &) = delete;
@@ -73,7 +76,6 @@ class PathFind {
   bool inGraph(int x, int y) const;
   Node &node(Cell c);
   const Node &node(Cell c) const;
-  bool isBlocked(int x, int y) const;
   bool touchesTarget(Cell c) const;
   void takeBestOpen(Cell &current);
 
