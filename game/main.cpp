@@ -3,6 +3,8 @@
 
 #include "GameManager.h"
 #include "LogManager.h"
+#include "Splash.h"
+#include "platform.h"
 
 int main() {
   qv::GameManager &game_manager = qv::GameManager::getInstance();
@@ -14,8 +16,11 @@ int main() {
 
   // The game's start-up (display size, flushing log, splash, assets, title
   // screen) goes here.
+  qv::splash();
 
-  game_manager.run();
+  // Ctrl-C during the opening sequence ends the whole program, not just the
+  // sequence: the stop request outlives the splash's loop.
+  if (!qv::platform::stopRequested()) game_manager.run();
   game_manager.shutDown();
   return 0;
 }
