@@ -8,10 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "LogCapture.h"
 #include "LogManager.h"
-#include "ResourceManager.h"
-#include "TempDir.h"
+#include "ResourceFixture.h"
 
 namespace {
 
@@ -40,20 +38,8 @@ std::string robust(const std::string &header, const std::string &body,
          "</FOOTER>\n";
 }
 
-class ResourceManagerTest : public ::testing::Test {
+class ResourceManagerTest : public qvtest::ResourceFixture {
  protected:
-  void SetUp() override {
-    log = std::make_unique<qvtest::LogCapture>();
-    ASSERT_TRUE(log->start(0));
-    ASSERT_EQ(rm().startUp(), 0);
-  }
-  void TearDown() override {
-    if (rm().isStarted()) rm().shutDown();
-    log.reset();
-  }
-
-  static qv::ResourceManager &rm() { return qv::ResourceManager::getInstance(); }
-
   // Loads text as a sprite file under label; the log lines it produced go
   // to *lines.
   int load(const std::string &text, const std::string &label = "s", Lines *lines = nullptr) {
@@ -74,9 +60,6 @@ class ResourceManagerTest : public ::testing::Test {
     EXPECT_EQ(lines, expected) << text;
     EXPECT_EQ(rm().getSpriteCount(), 0);
   }
-
-  qvtest::TempDir dir;
-  std::unique_ptr<qvtest::LogCapture> log;
 };
 
 void expectMan(const qv::Sprite *s, char transparency) {
