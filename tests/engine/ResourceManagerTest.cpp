@@ -2,8 +2,11 @@
 // exact lines every broken file produces.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -292,6 +295,35 @@ TEST_F(ResourceManagerTest, LabelsLimitsAndLifecycle) {
   EXPECT_EQ(rm().loadSprite(file, "late"), -1);
   EXPECT_EQ(rm().getSprite("dup"), nullptr);
   EXPECT_EQ(log->count("ResourceManager not started!"), 1);
+}
+
+}  // namespace
+
+namespace {
+
+// The checker game makers run on their art: a summary per good file, the
+// reader's lines per bad one, and a failing exit status.
+TEST(SpriteCheckTool, SummarisesGoodFilesAndQuotesTheReaderOnBadOnes) {
+  const std::string tool = QV_RUN_DIR "/../qv-sprite-check";
+  if (access(tool.c_str(), X_OK) != 0) GTEST_SKIP() << "qv-sprite-check not built";
+  qvtest::TempDir dir;
+  const std::string good = dir.write("man.txt", ROBUST_MAN);
+  const std::string bad = dir.write("bad.txt", "1\n3\n1\n0\nred\nabcd\n");
+  auto run = [&](const std::string &args, std::string &out) {
+    FILE *pipe = popen((tool + " " + args + " 2>&1").c_str(), "r");
+    char buffer[512];
+    out.clear();
+    while (std::fgets(buffer, sizeof buffer, pipe)) out += buffer;
+    return WEXITSTATUS(pclose(pipe));
+  };
+  std::string out;
+  EXPECT_EQ(run(good, out), 0);
+  EXPECT_EQ(out, good + ": 2 frames of 3x2, color cyan, slowdown 4, transparency '.'\n");
+  EXPECT_EQ(run(good + " " + bad, out), 1);
+  EXPECT_EQ(out, good + ": 2 frames of 3x2, color cyan, slowdown 4, transparency '.'\n" + bad +
+                     ": FAILED\n    RM::loadSimpleSprite(): Error line 6!\n    \tLine  6: 'abcd'\n"
+                     "    \tWidth is 4, expected 3.\n    RM::loadSprite(): Sprite '" + bad +
+                     "' NOT loaded.\n1 of 2 sprite files load.\n");
 }
 
 }  // namespace
