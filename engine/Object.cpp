@@ -262,6 +262,11 @@ std::string Object::getEvent(int index) const {
   return index >= 0 && index < m_event_count ? m_event_name[index] : std::string();
 }
 
+void Object::setSpeed(float new_speed) {
+  m_speed = new_speed;
+  m_modified |= SPEED;
+}
+
 int Object::setVisible(bool visible) {
   if (visible == isVisible()) return 0;
   if (sceneGraph().updateVisible(this, visible) == -1) return -1;

@@ -119,6 +119,8 @@ class Object {
   // The registered event type at index (registration order), "" outside.
   std::string getEvent(int index) const;
 
+  // Cells per frame along the direction; the direction is kept.
+  void setSpeed(float new_speed);
   int setVisible(bool visible = true);
   // When set, the object is also stopped by SOFT objects.
   void setNoSoft(bool no_soft = true);

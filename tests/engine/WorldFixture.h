@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Event.h"
+#include "GameManager.h"
 #include "EventCollision.h"
 #include "LogCapture.h"
 #include "LogManager.h"
@@ -24,6 +25,10 @@ namespace qvtest {
 class WorldFixture : public ::testing::Test {
  protected:
   void SetUp() override {
+    // Index failures are only reported during a game: an earlier test's
+    // shut-down leaves the game over.
+    game_over = qv::GameManager::getInstance().getGameOver();
+    qv::GameManager::getInstance().setGameOver(false);
     log = std::make_unique<LogCapture>();
     ASSERT_TRUE(log->start());
     qv::WorldManager &world = qv::WorldManager::getInstance();
@@ -35,6 +40,7 @@ class WorldFixture : public ::testing::Test {
     qv::WorldManager &world = qv::WorldManager::getInstance();
     if (world.isStarted()) world.shutDown();
     log.reset();
+    qv::GameManager::getInstance().setGameOver(game_over);
   }
   void setLogLevel(int level) { qv::LogManager::getInstance().setLogLevel(level); }
   std::string pointer(const void *p) const {
@@ -44,6 +50,7 @@ class WorldFixture : public ::testing::Test {
   }
 
   std::unique_ptr<LogCapture> log;
+  bool game_over = false;
 };
 
 // An object that records what reaches it and can be told how to answer.
