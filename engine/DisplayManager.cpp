@@ -1,5 +1,7 @@
 #include "DisplayManager.h"
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <locale>
@@ -9,17 +11,60 @@
 
 #include "Config.h"
 #include "LogManager.h"
+#include "platform.h"
 
 namespace qv {
 
 namespace {
 
-// SFML aborts the process when it cannot reach the X server, so its absence
-// is caught before any window-system call and reported as a failed window.
-bool haveWindowSystem() {
-  const char *display = std::getenv("DISPLAY");
-  return display != nullptr && display[0] != '\0';
-}
+// SFML aborts the process when it cannot reach the X server, so the server
+// is reached first and an unreachable one reported as a failed window. The
+// connection is held until the window exists: SFML opens and closes its own
+// connections during start-up, and a server that sees its last client leave
+// resets and turns the next one away (Xvfb does, between tests). Xlib is
+// already loaded with SFML's window module; it is looked up rather than
+// linked so the engine names no window-system library of its own.
+class XConnection {
+ public:
+  XConnection() {
+    const char *display = std::getenv("DISPLAY");
+    if (display == nullptr || display[0] == '\0') {
+      m_reason = "DISPLAY is not set";
+      return;
+    }
+    const auto open_display = reinterpret_cast<void *(*)(const char *)>(
+        dlsym(RTLD_DEFAULT, "XOpenDisplay"));
+    m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
+    if (open_display == nullptr || m_close_display == nullptr) {
+      m_reachable = true;  // no Xlib to ask: let SFML try
+      return;
+    }
+    // A resetting server answers again within milliseconds.
+    for (int attempt = 0; attempt < 10 && m_connection == nullptr; attempt++) {
+      if (attempt > 0)
+        platform::sleepMilliseconds(20);
+      m_connection = open_display(display);
+    }
+    m_reachable = m_connection != nullptr;
+    if (!m_reachable)
+      m_reason = "the X display cannot be reached";
+  }
+  ~XConnection() {
+    if (m_connection != nullptr)
+      m_close_display(m_connection);
+  }
+  XConnection(const XConnection &) = delete;
+  XConnection &operator=(const XConnection &) = delete;
+
+  bool reachable() const { return m_reachable; }
+  const char *reason() const { return m_reason; }
+
+ private:
+  void *m_connection = nullptr;
+  int (*m_close_display)(void *) = nullptr;
+  bool m_reachable = false;
+  const char *m_reason = "";
+};
 
 // A grid needs at least one cell each way: the cell size divides by it.
 int checkedCells(const char *where, const char *axis, int cells, int fallback) {
@@ -76,8 +121,9 @@ int DisplayManager::startUp() {
     return 0;
   }
 
-  if (!haveWindowSystem()) {
-    log.writeLog("DisplayManager::startUp(): Error! No X display (DISPLAY is not set).");
+  const XConnection x_server;
+  if (!x_server.reachable()) {
+    log.writeLog("DisplayManager::startUp(): Error! No window system: %s.", x_server.reason());
     log.writeLog("DisplayManager::startUp(): Unable to allocate window!");
     return -1;
   }
@@ -218,9 +264,7 @@ int DisplayManager::swapBuffers() {
   // The text view follows the pixels: the drawn frame is now the shown one,
   // and the back buffer starts blank again, reusing the old front's storage.
   m_front_cells.swap(m_back_cells);
-  const Cell blank{' ', m_window_background_color.r, m_window_background_color.g,
-                   m_window_background_color.b};
-  std::fill(m_back_cells.begin(), m_back_cells.end(), blank);
+  std::fill(m_back_cells.begin(), m_back_cells.end(), blankCell());
   return 0;
 }
 
@@ -251,8 +295,7 @@ std::string DisplayManager::shownText() const { return gridText(m_front_cells); 
 
 DisplayManager::Cell DisplayManager::screenCell(int x, int y) const {
   if (x < 0 || y < 0 || x >= m_screen_columns || y >= m_screen_rows)
-    return Cell{' ', m_window_background_color.r, m_window_background_color.g,
-                m_window_background_color.b};
+    return blankCell();
   return m_back_cells[static_cast<std::size_t>(y * m_screen_columns + x)];
 }
 
@@ -277,15 +320,18 @@ bool DisplayManager::makeCellRectangle() {
   return true;
 }
 
+DisplayManager::Cell DisplayManager::blankCell() const {
+  return Cell{' ', m_window_background_color.r, m_window_background_color.g,
+              m_window_background_color.b};
+}
+
 void DisplayManager::resizeScreen() {
   m_screen_columns = m_window_horizontal_chars;
   m_screen_rows = m_window_vertical_chars;
-  const Cell blank{' ', m_window_background_color.r, m_window_background_color.g,
-                   m_window_background_color.b};
   const std::size_t count =
       static_cast<std::size_t>(m_screen_columns) * static_cast<std::size_t>(m_screen_rows);
-  m_back_cells.assign(count, blank);
-  m_front_cells.assign(count, blank);
+  m_back_cells.assign(count, blankCell());
+  m_front_cells.assign(count, blankCell());
 }
 
 void DisplayManager::record(Vector view_pos, char ch, unsigned char r, unsigned char g,

@@ -94,6 +94,7 @@ class DisplayManager : public Manager {
   DisplayManager &operator=(const DisplayManager &) = delete;
 
   bool makeCellRectangle();
+  Cell blankCell() const;
   void resizeScreen();
   void record(Vector view_pos, char ch, unsigned char r, unsigned char g,
               unsigned char b);

@@ -100,7 +100,15 @@ TEST_F(DisplayWindowTest, StartUpFailures) {
   {
     qvtest::ScopedEnv no_display("DISPLAY", nullptr);
     EXPECT_EQ(display().startUp(), -1);
-    EXPECT_TRUE(log->contains("DisplayManager::startUp(): Unable to allocate window!"));
+    EXPECT_TRUE(log->contains("DisplayManager::startUp(): Error! No window system: DISPLAY is not set."));
+  }
+  {
+    // A display that does not answer fails the start instead of the process.
+    qvtest::ScopedEnv dead_display("DISPLAY", ":4321");
+    EXPECT_EQ(display().startUp(), -1);
+    EXPECT_TRUE(log->contains(
+        "DisplayManager::startUp(): Error! No window system: the X display cannot be reached."));
+    EXPECT_EQ(log->count("DisplayManager::startUp(): Unable to allocate window!"), 2);
   }
   loadConfig("font_file:/nonexistent/font.ttf,");
   EXPECT_EQ(display().startUp(), -1);
