@@ -40,15 +40,31 @@ bool colorFromName(const std::string &name, Color &color) {
   return false;
 }
 
-// The text after key and one separator character; has_value is false when
-// the line is exactly the key.
-std::string valueAfter(const std::string &line, const std::string &key, bool &has_value) {
-  has_value = line.size() > key.size();
-  return has_value ? line.substr(key.size() + 1) : std::string();
-}
-
 bool startsWith(const std::string &line, const std::string &key) {
   return line.compare(0, key.size(), key) == 0;
+}
+
+// What matchLineInt and matchLineStr share: every line starting with key is
+// removed and gives parse(the text after key and one separator). A key with
+// nothing after it has nothing to parse and gives none, as no match would.
+// A later match wins, with a warning when an earlier one gave a value.
+template <typename T, typename Parse>
+T matchLine(std::vector<std::string> &lines, const char *key, T none, const char *caller,
+            Parse parse) {
+  const std::string k(key);
+  T value = none;
+  for (auto it = lines.begin(); it != lines.end();) {
+    if (!startsWith(*it, k)) {
+      ++it;
+      continue;
+    }
+    if (value != none)
+      LogManager::getInstance().writeLog(1, "%s: Warning! '%s' matches multiple lines.", caller,
+                                         it->c_str());
+    value = it->size() > k.size() ? T(parse(it->substr(k.size() + 1))) : none;
+    it = lines.erase(it);
+  }
+  return value;
 }
 
 void logFrames(const Sprite &sprite) {
@@ -518,41 +534,12 @@ std::vector<std::string> readData(std::ifstream &file, std::string name) {
 }
 
 int matchLineInt(std::vector<std::string> &lines, const char *key) {
-  const std::string k(key);
-  int value = -1;
-  for (auto it = lines.begin(); it != lines.end();) {
-    if (!startsWith(*it, k)) {
-      ++it;
-      continue;
-    }
-    if (value != -1)
-      LogManager::getInstance().writeLog(1, "matchLineInt(): Warning! '%s' matches multiple lines.",
-                                         it->c_str());
-    // A key with nothing after it has no number to read: it counts as absent.
-    bool has_value = false;
-    const std::string text = valueAfter(*it, k, has_value);
-    value = has_value ? readInt(text) : -1;
-    it = lines.erase(it);
-  }
-  return value;
+  return matchLine(lines, key, -1, "matchLineInt()", readInt);
 }
 
 std::string matchLineStr(std::vector<std::string> &lines, const char *key) {
-  const std::string k(key);
-  std::string value;
-  for (auto it = lines.begin(); it != lines.end();) {
-    if (!startsWith(*it, k)) {
-      ++it;
-      continue;
-    }
-    if (!value.empty())
-      LogManager::getInstance().writeLog(1, "matchLineStr(): Warning! '%s' matches multiple lines.",
-                                         it->c_str());
-    bool has_value = false;
-    value = valueAfter(*it, k, has_value);
-    it = lines.erase(it);
-  }
-  return value;
+  return matchLine(lines, key, std::string(), "matchLineStr()",
+                   [](const std::string &text) { return text; });
 }
 
 Frame readFrame(std::vector<std::string> &lines, int width, int height, int line_number) {
