@@ -1,6 +1,9 @@
 #include "utility.h"
 
 #include <cmath>
+#include <exception>
+#include <istream>
+#include <ostream>
 #include <sstream>
 
 #include <SFML/Graphics/Color.hpp>
@@ -105,6 +108,100 @@ int checkStream(const char *where, std::ios &stream) {
                                                     : "error";
   LogManager::getInstance().writeLog("%s: Error! Stream %s.", where, fault);
   return -1;
+}
+
+namespace {
+
+void writeRaw(std::ostream &out, std::uint64_t value, int size) {
+  char bytes[8];
+  for (int i = 0; i < size; i++) bytes[i] = static_cast<char>((value >> (8 * i)) & 0xff);
+  out.write(bytes, size);
+}
+
+bool readRaw(std::istream &in, std::uint64_t &value, int size) {
+  unsigned char bytes[8];
+  if (!in.read(reinterpret_cast<char *>(bytes), size)) return false;
+  value = 0;
+  for (int i = 0; i < size; i++) value |= static_cast<std::uint64_t>(bytes[i]) << (8 * i);
+  return true;
+}
+
+// Bytes left to read; 0 on a stream that has already failed.
+std::uint64_t remainingBytes(std::istream &in) {
+  if (!in.good()) return 0;
+  std::streampos here = in.tellg();
+  in.seekg(0, std::ios::end);
+  std::streampos end = in.tellg();
+  in.seekg(here);
+  if (here == std::streampos(-1) || end == std::streampos(-1) || end < here) return 0;
+  return static_cast<std::uint64_t>(end - here);
+}
+
+void failAtEnd(std::istream &in) {
+  in.seekg(0, std::ios::end);
+  in.setstate(std::ios::eofbit | std::ios::failbit);
+}
+
+}  // namespace
+
+void writeInt(std::ostream &out, int value) {
+  writeRaw(out, static_cast<std::uint32_t>(value), 4);
+}
+
+void writeUnsigned(std::ostream &out, unsigned int value) { writeRaw(out, value, 4); }
+
+void writeBool(std::ostream &out, bool value) { writeRaw(out, value ? 1 : 0, 1); }
+
+void writeCount(std::ostream &out, std::uint64_t count) { writeRaw(out, count, 8); }
+
+void writeString(std::ostream &out, const std::string &text) {
+  writeCount(out, text.size());
+  out.write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+bool readInt(std::istream &in, int &value) {
+  std::uint64_t raw;
+  if (!readRaw(in, raw, 4)) return false;
+  value = static_cast<int>(static_cast<std::uint32_t>(raw));
+  return true;
+}
+
+bool readUnsigned(std::istream &in, unsigned int &value) {
+  std::uint64_t raw;
+  if (!readRaw(in, raw, 4)) return false;
+  value = static_cast<unsigned int>(raw);
+  return true;
+}
+
+bool readBool(std::istream &in, bool &value) {
+  std::uint64_t raw;
+  if (!readRaw(in, raw, 1)) return false;
+  value = raw != 0;
+  return true;
+}
+
+bool readCount(std::istream &in, std::uint64_t &count, std::uint64_t item_size) {
+  std::uint64_t raw;
+  if (!readRaw(in, raw, 8)) return false;
+  if (item_size > 0 && raw > remainingBytes(in) / item_size) {
+    failAtEnd(in);
+    return false;
+  }
+  count = raw;
+  return true;
+}
+
+int readString(std::istream &in, std::string &text, std::uint64_t &length) {
+  if (!readCount(in, length, 1)) return -1;
+  std::string read_text;
+  try {
+    read_text.resize(length);
+  } catch (const std::exception &) {  // bad_alloc or length_error
+    return -2;
+  }
+  if (length > 0 && !in.read(&read_text[0], static_cast<std::streamsize>(length))) return -1;
+  text = std::move(read_text);
+  return 0;
 }
 
 bool boxIntersectsBox(const Box &a, const Box &b) {

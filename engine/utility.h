@@ -1,7 +1,9 @@
 #ifndef QV_UTILITY_H
 #define QV_UTILITY_H
 
+#include <cstdint>
 #include <ios>
+#include <iosfwd>
 #include <string>
 
 #include "Box.h"
@@ -54,6 +56,29 @@ std::string toBinaryString(unsigned int bits);
 
 // 0 if the stream is good, else one log line naming where and the fault, -1.
 int checkStream(const char *where, std::ios &stream);
+
+// ---- record fields -------------------------------------------------------------
+// Raw little-endian values, as records exchanged between copies of the game
+// carry them (floats: writeFloat and readFloat in Vector.h). A read that runs
+// out of input leaves the value untouched and the stream failed at end of
+// input, for checkStream to report once the whole record has been read.
+void writeInt(std::ostream &out, int value);
+void writeUnsigned(std::ostream &out, unsigned int value);
+void writeBool(std::ostream &out, bool value);
+// A 64-bit length, then the bytes, no terminator.
+void writeString(std::ostream &out, const std::string &text);
+void writeCount(std::ostream &out, std::uint64_t count);
+bool readInt(std::istream &in, int &value);
+bool readUnsigned(std::istream &in, unsigned int &value);
+bool readBool(std::istream &in, bool &value);
+// Reads a 64-bit count of items at least item_size bytes long each. A count
+// the rest of the input cannot hold means the record was cut short (or
+// forged): the stream is failed at end of input, so nobody allocates or
+// loops for items that are not there.
+bool readCount(std::istream &in, std::uint64_t &count, std::uint64_t item_size);
+// 0, -1 when the input failed, or -2 when no memory could be had for the
+// text, whose length is then left in length (the bytes stay unread).
+int readString(std::istream &in, std::string &text, std::uint64_t &length);
 
 // ---- geometry ----------------------------------------------------------------
 // Overlap on both axes, shared edges and corners included.
