@@ -83,6 +83,18 @@ int Grid::startUp() {
   return 0;
 }
 
+int Grid::setCellSize(int width, int height) {
+  if (width < 1 || height < 1) {
+    LogManager::getInstance().writeLog(
+        "Grid::setCellSize(): Error! cell size %d x %d not positive, keeping %d x %d.", width,
+        height, m_cell_width, m_cell_height);
+    return -1;
+  }
+  m_cell_width = width;
+  m_cell_height = height;
+  return 0;
+}
+
 void Grid::shutDown() {
   if (m_p_cells) {
     for (int row = 0; row < m_num_rows; row++) delete[] m_p_cells[row];

@@ -28,6 +28,9 @@ class Grid {
 
   // Builds empty cells for the world manager's current boundary.
   int startUp();
+  // Cell size in world cells for the next startUp (values below 1 are
+  // refused with -1). Larger cells mean fewer lists but longer ones.
+  int setCellSize(int width, int height);
   // Releases every cell and empties the outside list; safe to repeat.
   void shutDown();
 

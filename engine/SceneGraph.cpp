@@ -132,6 +132,8 @@ ObjectList SceneGraph::getCollisions(const Object *p_o, Vector where) const {
 
 const Grid &SceneGraph::getGrid() const { return m_grid; }
 
+Grid &SceneGraph::getGrid() { return m_grid; }
+
 int SceneGraph::updateActive(Object *p_o, bool new_active) {
   if (new_active == p_o->isActive()) return 0;
   const LogManager &log = LogManager::getInstance();

@@ -38,6 +38,7 @@ class SceneGraph {
   ObjectList objectsOfType(std::string type) const;
   ObjectList getCollisions(const Object *p_o, Vector where) const;
   const Grid &getGrid() const;
+  Grid &getGrid();
 
   int updateActive(Object *p_o, bool new_active);
   int updateAltitude(Object *p_o, int new_altitude);
