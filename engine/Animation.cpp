@@ -1,5 +1,8 @@
 #include "Animation.h"
 
+#include <sstream>
+
+#include "LogManager.h"
 #include "Sprite.h"
 #include "utility.h"
 
@@ -57,6 +60,36 @@ std::string Animation::toString() const {
   return "sprite " + m_name + ", frame_idx " + qv::toString(m_index) + ", slowdown_count " +
          qv::toString(m_slowdown_count) + ", transform " +
          transformToString(static_cast<Transform>(m_transform));
+}
+
+int Animation::serialize(std::stringstream *p_ss) const {
+  writeString(*p_ss, m_name);
+  writeInt(*p_ss, m_index);
+  writeInt(*p_ss, m_slowdown_count);
+  writeInt(*p_ss, m_transform);
+  return checkStream("Animation::serialize()", *p_ss);
+}
+
+int Animation::deserialize(std::stringstream *p_ss) {
+  std::string name;
+  std::uint64_t length = 0;
+  if (readString(*p_ss, name, length) == -2) {
+    LogManager::getInstance().writeLog("Animation::deserialize(): Error! Cannot allocate %d bytes.",
+                                       static_cast<int>(length));
+    return -1;
+  }
+  int index = 0, slowdown_count = 0, transform = NONE;
+  readInt(*p_ss, index);
+  readInt(*p_ss, slowdown_count);
+  readInt(*p_ss, transform);
+  if (checkStream("Animation::deserialize()", *p_ss) != 0) return -1;
+  // A sprite of another name no longer belongs to this animation.
+  if (name != m_name) m_p_sprite = nullptr;
+  m_name = name;
+  m_index = index;
+  m_slowdown_count = slowdown_count;
+  m_transform = transform;
+  return 0;
 }
 
 }  // namespace qv

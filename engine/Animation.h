@@ -1,6 +1,7 @@
 #ifndef QV_ANIMATION_H
 #define QV_ANIMATION_H
 
+#include <iosfwd>
 #include <string>
 
 #include "Box.h"
@@ -50,6 +51,11 @@ class Animation {
 
   // "sprite <name>, frame_idx <i>, slowdown_count <n>, transform <NAME>"
   std::string toString() const;
+
+  // Name, index, slowdown count and transform; the sprite itself never
+  // travels, the reader finds it again by name. 0, or -1 for a bad stream.
+  int serialize(std::stringstream *p_ss) const;
+  int deserialize(std::stringstream *p_ss);
 
  private:
   Sprite *m_p_sprite;        // null: nothing to draw; not owned

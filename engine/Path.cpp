@@ -1,5 +1,9 @@
 #include "Path.h"
 
+#include <sstream>
+
+#include "utility.h"
+
 namespace qv {
 
 Path::Path() : m_index(0) {}
@@ -36,6 +40,34 @@ std::string Path::toString() const {
     text += '|';
   }
   return text;
+}
+
+int Path::serialize(std::stringstream *p_ss) const {
+  writeCount(*p_ss, m_nodes.size());
+  for (const Vector &node : m_nodes) {
+    writeFloat(*p_ss, node.getX());
+    writeFloat(*p_ss, node.getY());
+  }
+  return checkStream("Path::serialize()", *p_ss);
+}
+
+int Path::deserialize(std::stringstream *p_ss) {
+  const std::uint64_t NODE_BYTES = 8;
+  std::uint64_t count = 0;
+  std::vector<Vector> nodes;
+  if (readCount(*p_ss, count, NODE_BYTES)) {
+    nodes.reserve(count);  // the input holds them all, readCount checked
+    for (std::uint64_t i = 0; i < count; i++) {
+      float x = 0, y = 0;
+      readFloat(*p_ss, x);
+      readFloat(*p_ss, y);
+      nodes.emplace_back(x, y);
+    }
+  }
+  if (checkStream("Path::deserialize()", *p_ss) != 0) return -1;
+  m_nodes = std::move(nodes);
+  m_index = 0;
+  return 0;
 }
 
 }  // namespace qv

@@ -1,6 +1,7 @@
 #ifndef QV_PATH_H
 #define QV_PATH_H
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,11 @@ class Path {
 
   // Each waypoint's text followed by "|", e.g. "(1,2)|(2,2)|"; "" when empty.
   std::string toString() const;
+
+  // The waypoints only: a path read back starts at its first waypoint.
+  // 0, or -1 for a bad stream.
+  int serialize(std::stringstream *p_ss) const;
+  int deserialize(std::stringstream *p_ss);
 
  private:
   std::vector<Vector> m_nodes;  // empty, first waypoint first

@@ -114,4 +114,28 @@ std::string Shape::toString() const {
          std::to_string(static_cast<int>(m_alpha));
 }
 
+int Shape::serialize(std::stringstream *p_ss) const {
+  writeInt(*p_ss, m_type);
+  writeFloat(*p_ss, m_size);
+  writeInt(*p_ss, m_color);
+  p_ss->put(static_cast<char>(m_alpha));
+  return checkStream("Shape::serialize()", *p_ss);
+}
+
+int Shape::deserialize(std::stringstream *p_ss) {
+  int type = UNDEFINED, color = WHITE;
+  float size = 0;
+  char alpha = 0;
+  readInt(*p_ss, type);
+  readFloat(*p_ss, size);
+  readInt(*p_ss, color);
+  p_ss->get(alpha);
+  if (checkStream("Shape::deserialize()", *p_ss) != 0) return -1;
+  setType(type);
+  setSize(size);
+  setColor(static_cast<Color>(color));
+  setAlpha(static_cast<unsigned char>(alpha));
+  return 0;
+}
+
 }  // namespace qv

@@ -71,6 +71,10 @@ class Shape {
   // "<type>, size <%f>, <colour name>, <alpha>"
   std::string toString() const;
 
+  // Type, size, colour and alpha. 0, or -1 for a bad stream.
+  int serialize(std::stringstream *p_ss) const;
+  int deserialize(std::stringstream *p_ss);
+
  private:
   Color m_color;          // WHITE; CUSTOM: use r, g, b as they are
   unsigned char m_r;      // 0, overwritten from color at each draw unless CUSTOM
