@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <set>
 #include <string>
 #include <vector>
 
 #include <SFML/Graphics/RenderWindow.hpp>
+#include <SFML/System/Sleep.hpp>
 #include <SFML/Window/Event.hpp>
 
 #include "Config.h"
@@ -339,6 +341,37 @@ TEST_F(InputWindowTest, SwitchesKeyRepeatOffWhileRunning) {
   input.getInput();
   EXPECT_EQ(log->count("InputManager::getInput(): DisplayManager unexpectedly returned null window!"),
             1);
+}
+
+// A whole engine around a real window of 24 x 8 cells of 20 x 30 pixels.
+class InputEngineTest : public qvtest::EngineFixture {
+ protected:
+  std::string config() const override {
+    return "headless:false,\nnetworking:false,\nframe_time:10,\nrandom_seed:1,\n"
+           "window_horizontal_pixels:480,\nwindow_vertical_pixels:240,\n"
+           "window_horizontal_chars:24,\nwindow_vertical_chars:8,\n"
+           "font_file:" QV_SOURCE_DIR "/assets/qv-font.ttf,\n";
+  }
+  void SetUp() override {
+    if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
+    EngineFixture::SetUp();
+  }
+};
+
+TEST_F(InputEngineTest, PointerMovesArriveInCells) {
+  sf::RenderWindow *window = qv::DisplayManager::getInstance().getWindow();
+  ASSERT_NE(window, nullptr);
+  Recorder *recorder = new Recorder;
+  // Let the window settle (map, focus), then move the pointer inside it.
+  for (int i = 0; i < 20; i++) InputManager::getInstance().getInput();
+  recorder->seen.clear();
+  sf::Mouse::setPosition(sf::Vector2i(100, 90), *window);
+  for (int i = 0; i < 200 && recorder->seen.empty(); i++) {
+    InputManager::getInstance().getInput();
+    sf::sleep(sf::milliseconds(5));
+  }
+  ASSERT_FALSE(recorder->seen.empty()) << "no pointer motion reached the window";
+  EXPECT_EQ(recorder->seen.back(), "moved -1 (5,3)");
 }
 
 }  // namespace
