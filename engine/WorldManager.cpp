@@ -76,6 +76,7 @@ bool WorldManager::isValid(std::string event_type) const {
 }
 
 int WorldManager::insertObject(Object *p_o) {
+  if (!p_o) return -1;
   if (!isStarted()) {
     const LogManager &log = LogManager::getInstance();
     log.writeLog(2, "WorldManager::insertObject(): Warning! Not adding Object %d", p_o->getId());
@@ -86,6 +87,7 @@ int WorldManager::insertObject(Object *p_o) {
 }
 
 int WorldManager::removeObject(Object *p_o) {
+  if (!p_o) return -1;
   // The view must not follow an object that is leaving the world.
   if (p_o == m_p_view_following) m_p_view_following = nullptr;
   return m_scene_graph.removeObject(p_o);
@@ -150,6 +152,7 @@ int WorldManager::deliverCollisions(Object *p_o, const ObjectList &list, Vector 
 }
 
 int WorldManager::moveObject(Object *p_o, Vector where) {
+  if (!p_o) return -1;
   if (p_o->isSolid()) {
     ObjectList list = getCollisions(p_o, where);
     if (!list.isEmpty() && p_o->getSolidness() == HARD && p_o->getAvoidCollisions()) {

@@ -128,4 +128,10 @@ TEST(GridAlone, RefusesWorkWithoutCellsOrObject) {
   grid.shutDown();
   grid.shutDown();
   EXPECT_FALSE(grid.isAllocated());
+
+  EXPECT_EQ(grid.setCellSize(0, 5), -1);
+  EXPECT_TRUE(log.contains("Grid::setCellSize(): Error! cell size 0 x 5 not positive, keeping 20 x 8."));
+  EXPECT_EQ(grid.setCellSize(10, 4), 0);
+  EXPECT_EQ(grid.getCellWidth(), 10);
+  EXPECT_EQ(grid.getCellHeight(), 4);
 }

@@ -76,6 +76,21 @@ TEST_F(WorldTest, SoftAndSpectralPassThrough) {
   EXPECT_EQ(hard.collisions.size(), 1u);
 }
 
+TEST_F(WorldTest, HandlersHaveTheirSayBeforeTheMoveIsJudged) {
+  // A wall that gives way when hit (turning spectral) lets the mover through.
+  Probe mover(Vector(5, 5)), door(Vector(6, 5));
+  door.on_event = [&](const qv::Event *) {
+    door.setSolidness(qv::SPECTRAL);
+    return 1;
+  };
+  EXPECT_EQ(world.moveObject(&mover, Vector(6, 5)), 0);
+  EXPECT_EQ(mover.getPosition(), Vector(6, 5));
+  EXPECT_EQ(mover.collisions.size(), 1u);
+  EXPECT_EQ(world.moveObject(nullptr, Vector(6, 5)), -1);
+  EXPECT_EQ(world.insertObject(nullptr), -1);
+  EXPECT_EQ(world.removeObject(nullptr), -1);
+}
+
 TEST_F(WorldTest, HandlerThatMovesTheMoverWins) {
   Probe mover(Vector(5, 5)), soft(Vector(6, 5));
   soft.setSolidness(qv::SOFT);
