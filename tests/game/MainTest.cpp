@@ -68,15 +68,22 @@ TEST(MainTest, RaisedLogLevelShowsSettingsAndManagerLifecycleAndSigtermStopsToo)
   ASSERT_TRUE(game.exited()) << "signal " << game.termSignal();
   EXPECT_EQ(game.exitStatus(), 0);
   std::vector<std::string> lines = logOf(dir);
-  for (const char *line :
-       {"LogManager::startUp(): successfully started.", "Quorvelle configuration:",
-        "  Frame time: 20", "  Headless: true", "  Networking: false", "Working directory:",
-        "Log Manager started.", "GameManager::startUp(): frame time is 20 milliseconds",
-        "GameManager successfully started.",
-        "GameManager::run(): starting game loop", "GameManager::run(): end of game loop",
-        "** Game engine stopped **",
-        "LogManager::shutDown(): successfully stopped."})
-    EXPECT_TRUE(has(lines, line)) << "missing: " << line;
+  // In this order, with other lines in between.
+  const std::vector<std::string> expected = {
+      "LogManager::startUp(): successfully started.", "Quorvelle configuration:",
+      "  Frame time: 20", "  Headless: true", "  Networking: false", "Working directory:",
+      "Log Manager started.", "GameManager::startUp(): frame time is 20 milliseconds",
+      "Display manager started.", "Input manager started.", "Resource manager started.",
+      "World manager started.", "Path manager started.", "GameManager successfully started.",
+      "GameManager::run(): starting game loop", "GameManager::run(): end of game loop",
+      "Path manager stopped", "World manager stopped", "Resource manager stopped",
+      "Input manager stopped", "Display manager stopped", "** Game engine stopped **",
+      "LogManager::shutDown(): successfully stopped."};
+  auto next = lines.begin();
+  for (const std::string &line : expected) {
+    next = std::find(next, lines.end(), line);
+    ASSERT_NE(next, lines.end()) << "missing or out of order: " << line;
+  }
   EXPECT_FALSE(has(lines, "Network manager started."));
   ASSERT_FALSE(lines.empty());
   EXPECT_EQ(lines.back(), "LogManager::shutDown(): successfully stopped.");

@@ -26,6 +26,8 @@ class EngineFixture : public ::testing::Test {
   // config() (the first occurrence of a key wins); the result of
   // GameManager::startUp.
   int restartWith(const std::string &extra_config);
+  // Shuts the engine down unless nothing of it is running.
+  void stopEngine();
 
   TempDir dir;
   std::unique_ptr<LogCapture> log;  // the engine's log, readable any time
