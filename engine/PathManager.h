@@ -36,10 +36,10 @@ class PathManager : public Manager {
   // listed, else 0.
   int removePathFind(PathFind *p_path_find);
 
-  // Steps the listed searches for at least the minimum cycle time and at
-  // most budget_ms (whichever is larger) milliseconds. A search whose
-  // finished result the object does not release is delisted, with a
-  // warning, so that it is not reported again every step.
+  // Steps the listed searches in rounds, one step each per round, until none
+  // is left or the larger of budget_ms and the minimum cycle time has
+  // passed. A finished search that its object does not release is delisted
+  // with a warning instead of being reported again on every later step.
   void cycle(int budget_ms);
 
   int getMinCycleTime() const;
