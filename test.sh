@@ -7,4 +7,6 @@ cd "$(dirname "$0")"
 qv_install_missing
 qv_build
 cd build
-ALSOFT_DRIVERS=null xvfb-run -a ctest --output-on-failure -j "$(nproc)" "$@"
+# A random starting server number keeps parallel runs on one machine from
+# racing for the same display.
+ALSOFT_DRIVERS=null xvfb-run -a -n $((100 + RANDOM % 900)) ctest --output-on-failure -j "$(nproc)" "$@"

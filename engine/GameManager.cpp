@@ -21,7 +21,26 @@ namespace qv {
 
 namespace {
 const char *const STARS = "****************************************************";
+
+// Starts one manager and logs the outcome; false when it failed.
+bool startManager(Manager &manager, const char *error_line, const char *started_line) {
+  const LogManager &log = LogManager::getInstance();
+  if (manager.startUp() != 0) {
+    log.writeLog("%s", error_line);
+    return false;
+  }
+  log.writeLog(1, "%s", started_line);
+  return true;
 }
+
+// Stops a manager that is running and logs it; a manager that never
+// started is left alone.
+void stopManager(Manager &manager, const char *stopped_line) {
+  if (!manager.isStarted()) return;
+  manager.shutDown();
+  LogManager::getInstance().writeLog(1, "%s", stopped_line);
+}
+}  // namespace
 
 GameManager::GameManager() : m_game_over(false), m_frame_time(0), m_step_count(0) {
   setType("GameManager");
@@ -68,42 +87,27 @@ int GameManager::startUp() {
                  "Ctrl-C ends the program without shut-down.");
 
   // ---- managers, in start-up order ----------------------------------------
-  if (DisplayManager::getInstance().startUp() != 0) {
-    log.writeLog("GameManager::startUp(): Error! Starting display manager.");
+  if (!startManager(DisplayManager::getInstance(),
+                    "GameManager::startUp(): Error! Starting display manager.",
+                    "Display manager started.") ||
+      !startManager(InputManager::getInstance(),
+                    "GameManager::startUp(): Error! Starting input manager.",
+                    "Input manager started.") ||
+      (config.getNetworking() &&
+       !startManager(NetworkManager::getInstance(),
+                     "GameManager::startUp(): Error! Starting network manager.",
+                     "Network manager started.")) ||
+      !startManager(ResourceManager::getInstance(),
+                    "GameManager::startUp(): Error! Starting resource manager.",
+                    "Resource manager started.") ||
+      !startManager(WorldManager::getInstance(),
+                    "GameManager::startUp(): Error starting world manager.",
+                    "World manager started.") ||
+      !startManager(PathManager::getInstance(),
+                    "GameManager::startUp(): Error starting path manager.",
+                    "Path manager started."))
     return -1;
-  }
-  log.writeLog(1, "Display manager started.");
-  InputManager &input_manager = InputManager::getInstance();
-  if (input_manager.startUp() != 0) {
-    log.writeLog("GameManager::startUp(): Error! Starting input manager.");
-    return -1;
-  }
-  log.writeLog(1, "Input manager started.");
-  if (config.getNetworking()) {
-    if (NetworkManager::getInstance().startUp() != 0) {
-      log.writeLog("GameManager::startUp(): Error! Starting network manager.");
-      return -1;
-    }
-    log.writeLog(1, "Network manager started.");
-  }
-  ResourceManager &resource_manager = ResourceManager::getInstance();
-  if (resource_manager.startUp() != 0) {
-    log.writeLog("GameManager::startUp(): Error! Starting resource manager.");
-    return -1;
-  }
-  log.writeLog(1, "Resource manager started.");
   WorldManager &world_manager = WorldManager::getInstance();
-  if (world_manager.startUp() != 0) {
-    log.writeLog("GameManager::startUp(): Error starting world manager.");
-    return -1;
-  }
-  log.writeLog(1, "World manager started.");
-  PathManager &path_manager = PathManager::getInstance();
-  if (path_manager.startUp() != 0) {
-    log.writeLog("GameManager::startUp(): Error starting path manager.");
-    return -1;
-  }
-  log.writeLog(1, "Path manager started.");
   const DisplayManager &display_manager = DisplayManager::getInstance();
   const Box screen(Vector(0, 0), static_cast<float>(display_manager.getHorizontalChars()),
                    static_cast<float>(display_manager.getVerticalChars()));
@@ -131,37 +135,13 @@ void GameManager::shutDown() {
   m_game_over = true;
 
   // ---- managers, in shut-down order ---------------------------------------
-  // Each: if started, shutDown() then the level-1 line.
-  PathManager &path_manager = PathManager::getInstance();
-  if (path_manager.isStarted()) {
-    path_manager.shutDown();
-    log.writeLog(1, "Path manager stopped");
-  }
-  WorldManager &world_manager = WorldManager::getInstance();
-  if (world_manager.isStarted()) {
-    world_manager.shutDown();
-    log.writeLog(1, "World manager stopped");
-  }
-  ResourceManager &resource_manager = ResourceManager::getInstance();
-  if (resource_manager.isStarted()) {
-    resource_manager.shutDown();
-    log.writeLog(1, "Resource manager stopped");
-  }
-  NetworkManager &network_manager = NetworkManager::getInstance();
-  if (Config::getInstance().getNetworking() && network_manager.isStarted()) {
-    network_manager.shutDown();
-    log.writeLog(1, "Network manager stopped");
-  }
-  InputManager &input_manager = InputManager::getInstance();
-  if (input_manager.isStarted()) {
-    input_manager.shutDown();
-    log.writeLog(1, "Input manager stopped");
-  }
-  DisplayManager &display_manager = DisplayManager::getInstance();
-  if (display_manager.isStarted()) {
-    display_manager.shutDown();
-    log.writeLog(1, "Display manager stopped");
-  }
+  stopManager(PathManager::getInstance(), "Path manager stopped");
+  stopManager(WorldManager::getInstance(), "World manager stopped");
+  stopManager(ResourceManager::getInstance(), "Resource manager stopped");
+  if (Config::getInstance().getNetworking())
+    stopManager(NetworkManager::getInstance(), "Network manager stopped");
+  stopManager(InputManager::getInstance(), "Input manager stopped");
+  stopManager(DisplayManager::getInstance(), "Display manager stopped");
 
   log.writeLog("%s", STARS);
   log.writeLog("** Game engine stopped **");

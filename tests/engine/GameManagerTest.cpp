@@ -11,7 +11,10 @@
 #include "Clock.h"
 #include "EngineFixture.h"
 #include "GameManager.h"
+#include "DisplayManager.h"
 #include "LogManager.h"
+#include "PathManager.h"
+#include "WorldManager.h"
 #include "platform.h"
 
 namespace {
@@ -153,4 +156,29 @@ TEST_F(GameManagerTest, GameOverSetBeforeRunIsClearedAndZeroFrameTimeNeverSleeps
   EXPECT_EQ(game().getStepCount(), 1);
   EXPECT_LT(clock.split(), 5000);
   EXPECT_EQ(log->count("GameManager::run(): Can't keep up! frame_time 0 ms, split 0 ms"), 0);
+}
+
+TEST_F(GameManagerTest, AFailedManagerEndsStartUpAndShutDownStopsOnlyTheStartedOnes) {
+  stopEngine();
+  // A manager that is already running refuses to start again.
+  ASSERT_EQ(qv::WorldManager::getInstance().startUp(), 0);
+  EXPECT_EQ(restartWith("log_level:1,"), -1);
+  EXPECT_FALSE(game().isStarted());
+  EXPECT_TRUE(qv::DisplayManager::getInstance().isStarted());
+  EXPECT_FALSE(qv::PathManager::getInstance().isStarted());
+  EXPECT_TRUE(log->contains("GameManager::startUp(): Error starting world manager."));
+  EXPECT_TRUE(log->contains("Resource manager started."));
+  EXPECT_FALSE(log->contains("Path manager started."));
+  EXPECT_FALSE(log->contains("Network manager started."));
+
+  game().shutDown();
+  EXPECT_FALSE(qv::WorldManager::getInstance().isStarted());
+  EXPECT_FALSE(qv::DisplayManager::getInstance().isStarted());
+  std::vector<std::string> lines = log->messages();
+  auto first = std::find(lines.begin(), lines.end(), "World manager stopped");
+  EXPECT_EQ(std::vector<std::string>(first, lines.end()),
+            (std::vector<std::string>{"World manager stopped", "Resource manager stopped",
+                                      "Input manager stopped", "Display manager stopped", STARS,
+                                      "** Game engine stopped **"}));
+  EXPECT_FALSE(log->contains("Path manager stopped"));
 }
