@@ -147,31 +147,27 @@ const ObjectList *Grid::getCellList(int col, int row) const {
 
 ObjectList *Grid::listOf(Cell c) { return const_cast<ObjectList *>(getCellList(c.col, c.row)); }
 
-int Grid::insertObject(Object *p_o) {
-  const LogManager &log = LogManager::getInstance();
+bool Grid::isReady(const char *operation, const Object *p_o) const {
   if (!m_p_cells) {
-    log.writeLog("Grid::insertObject(): Error! grid is NULL");
-    return -1;
+    LogManager::getInstance().writeLog("Grid::%s(): Error! grid is NULL", operation);
+    return false;
   }
   if (!p_o) {
-    log.writeLog("Grid::insertObject(): Error! Object is NULL");
-    return -1;
+    LogManager::getInstance().writeLog("Grid::%s(): Error! Object is NULL", operation);
+    return false;
   }
+  return true;
+}
+
+int Grid::insertObject(Object *p_o) {
+  if (!isReady("insertObject", p_o)) return -1;
   cellsOf(p_o, p_o->getPosition(), m_new_cells);
   for (const Cell &c : m_new_cells) listOf(c)->insert(p_o);
   return 0;
 }
 
 int Grid::removeObject(Object *p_o) {
-  const LogManager &log = LogManager::getInstance();
-  if (!m_p_cells) {
-    log.writeLog("Grid::removeObject(): Error! grid is NULL");
-    return -1;
-  }
-  if (!p_o) {
-    log.writeLog("Grid::removeObject(): Error! Object is NULL");
-    return -1;
-  }
+  if (!isReady("removeObject", p_o)) return -1;
   if (!p_o->isSolid() || !p_o->isActive()) return 0;
   cellsOf(p_o, p_o->getPosition(), m_old_cells);
   for (const Cell &c : m_old_cells) listOf(c)->remove(p_o);
@@ -179,15 +175,8 @@ int Grid::removeObject(Object *p_o) {
 }
 
 int Grid::updatePosition(Object *p_o, Vector where) {
+  if (!isReady("updatePosition", p_o)) return -1;
   const LogManager &log = LogManager::getInstance();
-  if (!m_p_cells) {
-    log.writeLog("Grid::updatePosition(): Error! grid is NULL");
-    return -1;
-  }
-  if (!p_o) {
-    log.writeLog("Grid::updatePosition(): Error! Object is NULL");
-    return -1;
-  }
   cellsOf(p_o, p_o->getPosition(), m_old_cells);
   cellsOf(p_o, where, m_new_cells);
   // Both sets are ordered, so one merge finds what is only in either.
@@ -218,15 +207,7 @@ int Grid::updatePosition(Object *p_o, Vector where) {
 
 ObjectList Grid::getCollisions(const Object *p_o, Vector where) const {
   ObjectList collisions;
-  const LogManager &log = LogManager::getInstance();
-  if (!m_p_cells) {
-    log.writeLog("Grid::getCollisions(): Error! grid is NULL");
-    return collisions;
-  }
-  if (!p_o) {
-    log.writeLog("Grid::getCollisions(): Error! Object is NULL");
-    return collisions;
-  }
+  if (!isReady("getCollisions", p_o)) return collisions;
   cellsOf(p_o, where, m_new_cells);
   const Box box = getWorldBox(p_o, where);
   // Testing every listed object and dropping repeats among the hits gives the

@@ -58,6 +58,8 @@ class Grid {
  private:
   Grid(const Grid &) = delete;
   Grid &operator=(const Grid &) = delete;
+  // Logs and answers false when there are no cells yet or p_o is null.
+  bool isReady(const char *operation, const Object *p_o) const;
   void cellsOf(const Object *p_o, Vector where, std::vector<Cell> &cells) const;
   ObjectList *listOf(Cell c);
 

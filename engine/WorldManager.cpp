@@ -198,28 +198,28 @@ int WorldManager::moveObject(Object *p_o, Vector where) {
   return 0;
 }
 
+namespace {
+
+// The view centre on one axis after the followed point p moved: it moves only
+// by as much as p went past the slack zone around the centre.
+float followAxis(float centre, float p, float slack, float extent) {
+  const float low = centre - slack * extent * 0.5f;
+  if (p < low) return centre - (low - p);
+  const float high = centre + slack * extent * 0.5f;
+  if (p > high) return centre + (p - high);
+  return centre;
+}
+
+}  // namespace
+
 void WorldManager::followWithView(const Object *p_o) {
   const Vector p = p_o->getPosition();
   const float width = m_view.getHorizontal();
   const float height = m_view.getVertical();
-  float cx = m_view.getCorner().getX() + width / 2;
-  float cy = m_view.getCorner().getY() + height / 2;
-
-  const float left = cx - m_view_slack.getX() * width * 0.5f;
-  const float right = cx + m_view_slack.getX() * width * 0.5f;
-  if (p.getX() < left)
-    cx -= left - p.getX();
-  else if (p.getX() > right)
-    cx += p.getX() - right;
-
-  const float top = cy - m_view_slack.getY() * height * 0.5f;
-  const float bottom = cy + m_view_slack.getY() * height * 0.5f;
-  if (p.getY() < top)
-    cy -= top - p.getY();
-  else if (p.getY() > bottom)
-    cy += p.getY() - bottom;
-
-  setViewPosition(Vector(cx, cy));
+  const Vector corner = m_view.getCorner();
+  setViewPosition(
+      Vector(followAxis(corner.getX() + width / 2, p.getX(), m_view_slack.getX(), width),
+             followAxis(corner.getY() + height / 2, p.getY(), m_view_slack.getY(), height)));
 }
 
 void WorldManager::draw() {
