@@ -1,5 +1,12 @@
 #include "Object.h"
 
+#include <cstdint>
+#include <istream>
+#include <limits>
+#include <ostream>
+#include <sstream>
+#include <vector>
+
 #include "EventPath.h"
 #include "EventStep.h"
 #include "GameManager.h"
@@ -343,6 +350,273 @@ void Object::followPathStep() {
 void Object::applyAcceleration() {
   if (m_acceleration == Vector(0, 0)) return;
   setVelocity(getVelocity() + m_acceleration);
+}
+
+// ---- records -------------------------------------------------------------------
+
+namespace {
+
+void writeVector(std::ostream &out, const Vector &v) {
+  writeFloat(out, v.getX());
+  writeFloat(out, v.getY());
+}
+
+bool readVector(std::istream &in, Vector &v) {
+  float x = 0, y = 0;
+  readFloat(in, x);
+  readFloat(in, y);
+  if (!in) return false;
+  v = Vector(x, y);
+  return true;
+}
+
+// The level-25 line naming an attribute and its value, shared by writing
+// and reading so both logs read alike.
+void traceAttribute(const Object &o, unsigned int bit) {
+  LogManager &log = LogManager::getInstance();
+  switch (bit) {
+    case ID: log.writeLog(25, "\tID: %d", o.getId()); break;
+    case ACTIVE: log.writeLog(25, "\tACTIVE: %s", boolToString(o.isActive()).c_str()); break;
+    case VISIBLE: log.writeLog(25, "\tVISIBLE: %s", boolToString(o.isVisible()).c_str()); break;
+    case EVENTS:
+      log.writeLog(25, "\tEVENTS: %d", o.getEventCount());
+      for (int i = 0; i < o.getEventCount(); i++)
+        log.writeLog(25, "\t\t%s (size %d)", o.getEvent(i).c_str(),
+                     static_cast<int>(o.getEvent(i).size()));
+      break;
+    case BOX: log.writeLog(25, "\tBOX: %s", o.getBox().toString().c_str()); break;
+    case POSITION: log.writeLog(25, "\tPOSITION: %s", o.getPosition().toString().c_str()); break;
+    case TYPE: log.writeLog(25, "\tTYPE: %s", o.getType().c_str()); break;
+    case ANIMATION: log.writeLog(25, "\tANIMATION: %s", o.getAnimation().toString().c_str()); break;
+    case ALTITUDE: log.writeLog(25, "\tALTITUDE: %d", o.getAltitude()); break;
+    case SOLIDNESS:
+      log.writeLog(25, "\tSOLIDNESS: %s", solidnessToString(o.getSolidness()).c_str());
+      break;
+    case NO_SOFT: log.writeLog(25, "\tNO_SOFT: %s", boolToString(o.getNoSoft()).c_str()); break;
+    case DIRECTION: log.writeLog(25, "\tDIRECTION: %s", o.getDirection().toString().c_str()); break;
+    case SPEED: log.writeLog(25, "\tSPEED: %f", o.getSpeed()); break;
+    case ACCELERATION:
+      log.writeLog(25, "\tACCELERATION: %s", o.getAcceleration().toString().c_str());
+      break;
+    case SHAPE: log.writeLog(25, "\tSHAPE: %s", o.getShape().toString().c_str()); break;
+    case FOLLOW_PATH:
+      log.writeLog(25, "\tFOLLOW_PATH: %s", boolToString(o.getFollowPath()).c_str());
+      break;
+    case PATH: log.writeLog(25, "\tPATH: %s", o.getPath().toString().c_str()); break;
+    case AVOID_COLLISIONS:
+      log.writeLog(25, "\tAVOID_COLLISIONS: %s", boolToString(o.getAvoidCollisions()).c_str());
+      break;
+    default: break;
+  }
+}
+
+// Record order. DIRECTION goes before SPEED, and FOLLOW_PATH before PATH, so
+// that the reader turns toward the waypoint of the path it already holds.
+const ObjectAttribute RECORD_ORDER[] = {
+    ID,       ACTIVE,   VISIBLE,   EVENTS,    BOX,          POSITION, TYPE,        ANIMATION, ALTITUDE,
+    SOLIDNESS, NO_SOFT, DIRECTION, SPEED,     ACCELERATION, SHAPE,    FOLLOW_PATH, PATH,      AVOID_COLLISIONS,
+};
+
+}  // namespace
+
+int Object::serialize(std::stringstream *p_ss, unsigned int attr) {
+  LogManager &log = LogManager::getInstance();
+  const bool trace = log.getLogLevel() >= 25;
+  if (log.getLogLevel() >= 20)
+    log.writeLog(20, "Object::serialize(): attr is %u, modified is %u (%s)", attr, m_modified,
+                 boolToString(m_modified != 0).c_str());
+  if (trace) log.writeLog(25, "\t%s", toBinaryString(attr).c_str());
+  const unsigned int mask = attr ? attr : m_modified;
+  writeUnsigned(*p_ss, mask);
+  std::ostream &out = *p_ss;
+  for (ObjectAttribute bit : RECORD_ORDER) {
+    if (!(mask & bit)) continue;
+    switch (bit) {
+      case ID: writeInt(out, m_id); break;
+      case ACTIVE: writeBool(out, m_is_active); break;
+      case VISIBLE: writeBool(out, m_is_visible); break;
+      case EVENTS:
+        writeInt(out, m_event_count);
+        for (int i = 0; i < m_event_count; i++) writeString(out, m_event_name[i]);
+        break;
+      case BOX:
+        writeVector(out, m_box.getCorner());
+        writeFloat(out, m_box.getHorizontal());
+        writeFloat(out, m_box.getVertical());
+        break;
+      case POSITION: writeVector(out, m_position); break;
+      case TYPE: writeString(out, m_type); break;
+      case ANIMATION: m_animation.serialize(p_ss); break;
+      case ALTITUDE: writeInt(out, m_altitude); break;
+      case SOLIDNESS: writeInt(out, m_solidness); break;
+      case NO_SOFT: writeBool(out, m_no_soft); break;
+      case DIRECTION: writeVector(out, m_direction); break;
+      case SPEED: writeFloat(out, m_speed); break;
+      case ACCELERATION: writeVector(out, m_acceleration); break;
+      case SHAPE: m_shape.serialize(p_ss); break;
+      case FOLLOW_PATH: writeBool(out, m_follow_path); break;
+      case PATH: m_path.serialize(p_ss); break;
+      case AVOID_COLLISIONS: writeBool(out, m_avoid_collisions); break;
+    }
+    m_modified &= ~static_cast<unsigned int>(bit);
+    if (trace) traceAttribute(*this, bit);
+  }
+  return checkStream("Object::serialize()", *p_ss);
+}
+
+int Object::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
+  LogManager &log = LogManager::getInstance();
+  const bool trace = log.getLogLevel() >= 25;
+  std::istream &in = *p_ss;
+  unsigned int mask = 0;
+  readUnsigned(in, mask);
+  if (p_attr) *p_attr = mask;
+  if (log.getLogLevel() >= 20)
+    log.writeLog(20, "Object::deserialize(): attr %u (%s)", mask, toBinaryString(mask).c_str());
+
+  // Each attribute is applied only once all its fields were read, and
+  // reading stops at the first failure: a short record changes nothing
+  // with half a value.
+  for (ObjectAttribute bit : RECORD_ORDER) {
+    if (!(mask & bit)) continue;
+    if (!in.good()) break;
+    bool flag = false;
+    int number = 0;
+    float real = 0;
+    Vector vector;
+    std::string text;
+    std::uint64_t length = 0;
+    switch (bit) {
+      case ID:
+        if (!readInt(in, number)) break;
+        if (number != m_id) {
+          m_id = number;
+          m_modified |= ID;
+          // Later objects of this copy must never take a received id.
+          if (number >= next_id && number < std::numeric_limits<int>::max()) next_id = number + 1;
+        }
+        break;
+      case ACTIVE:
+        if (readBool(in, flag)) setActive(flag);
+        break;
+      case VISIBLE:
+        if (readBool(in, flag)) setVisible(flag);
+        break;
+      case EVENTS: {
+        if (!readInt(in, number)) break;
+        if (number < 0) {
+          in.setstate(std::ios::failbit);
+          break;
+        }
+        // Every name is read before any interest changes, so a short record
+        // leaves the registrations alone. A count larger than the names the
+        // record holds ends at the first missing one.
+        std::vector<std::string> names;
+        for (int i = 0; i < number && in.good(); i++) {
+          int result = readString(in, text, length);
+          if (result == -2) {
+            log.writeLog("Object::deserialize(): Error! Cannot allocate %d bytes.",
+                         static_cast<int>(length));
+            continue;
+          }
+          if (result == 0) {
+            if (trace) log.writeLog(25, "\t\tsize %d", static_cast<int>(length));
+            names.push_back(text);
+          }
+        }
+        if (!in.good()) break;
+        for (int i = m_event_count - 1; i >= 0; i--) unregisterInterest(m_event_name[i]);
+        for (const std::string &name : names)
+          if (registerInterest(name) != 0)
+            log.writeLog("Object::deserialize(): Error! Register interest: %s", name.c_str());
+        break;
+      }
+      case BOX: {
+        Vector corner;
+        float horizontal = 0, vertical = 0;
+        readVector(in, corner);
+        readFloat(in, horizontal);
+        readFloat(in, vertical);
+        if (in) setBox(Box(corner, horizontal, vertical));
+        break;
+      }
+      case POSITION:
+        if (readVector(in, vector)) setPosition(vector);
+        break;
+      case TYPE: {
+        int result = readString(in, text, length);
+        if (result == -2) {
+          log.writeLog("Object::deserialize(): Error! Cannot allocate %d bytes.",
+                       static_cast<int>(length));
+          return -1;
+        }
+        if (result == 0) setType(text);
+        break;
+      }
+      case ANIMATION: {
+        Animation animation;
+        if (animation.deserialize(p_ss) != 0) break;
+        setAnimation(animation, true);
+        // Only the label travels: find the sprite again here, keeping the
+        // frame and the count that setSprite starts over.
+        if (!animation.getName().empty()) {
+          setSprite(animation.getName());
+          Animation restored = m_animation;
+          restored.setIndex(animation.getIndex());
+          restored.setSlowdownCount(animation.getSlowdownCount());
+          setAnimation(restored, true);
+        }
+        break;
+      }
+      case ALTITUDE:
+        if (readInt(in, number)) setAltitude(number);
+        break;
+      case SOLIDNESS:
+        if (readInt(in, number)) setSolidness(static_cast<Solidness>(number));
+        break;
+      case NO_SOFT:
+        if (readBool(in, flag)) {
+          m_no_soft = flag;
+          m_modified |= NO_SOFT;
+        }
+        break;
+      case DIRECTION:
+        if (readVector(in, vector)) setDirection(vector);
+        break;
+      case SPEED:
+        readFloat(in, real);
+        if (in) {
+          m_speed = real;
+          m_modified |= SPEED;
+        }
+        break;
+      case ACCELERATION:
+        if (readVector(in, vector)) setAcceleration(vector);
+        break;
+      case SHAPE: {
+        Shape shape;
+        if (shape.deserialize(p_ss) == 0) setShape(shape);
+        break;
+      }
+      case FOLLOW_PATH:
+        if (readBool(in, flag)) setFollowPath(flag);
+        break;
+      case PATH: {
+        Path path;
+        if (path.deserialize(p_ss) == 0) setPath(path);
+        break;
+      }
+      case AVOID_COLLISIONS:
+        if (readBool(in, flag)) setAvoidCollisions(flag);
+        break;
+    }
+    if (trace && in.good()) traceAttribute(*this, bit);
+  }
+
+  // What was just received counts as unchanged.
+  m_modified = 0;
+  log.writeLog(20, "Object::deserialize(): done checking all types.");
+  return checkStream("Object::deserialize()", *p_ss);
 }
 
 }  // namespace qv

@@ -1,6 +1,7 @@
 #ifndef QV_OBJECT_H
 #define QV_OBJECT_H
 
+#include <iosfwd>
 #include <string>
 
 #include "Animation.h"
@@ -88,6 +89,14 @@ class Object {
   // Draws the animation, then the shape, at the position; returns the
   // animation's result.
   virtual int draw();
+  // Appends a record of the attributes named by attr, or of the modified
+  // ones when attr is 0, and marks the written ones unchanged. 0, or -1
+  // after a log line when the stream went bad.
+  virtual int serialize(std::stringstream *p_ss, unsigned int attr = 0);
+  // Reads one record and applies it through the setters, so the world's
+  // indexes follow; the mask read is stored through p_attr when given.
+  // Afterwards nothing counts as modified. 0, or -1 for a bad or short record.
+  virtual int deserialize(std::stringstream *p_ss, unsigned int *p_attr = nullptr);
   virtual void setModified(unsigned int new_modified);
   virtual unsigned int getModified() const;
   virtual void setShape(Shape new_shape);

@@ -1,6 +1,9 @@
 #include "TextBox.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <istream>
+#include <sstream>
 
 #include "DisplayManager.h"
 #include "LogManager.h"
@@ -130,5 +133,83 @@ std::string TextBox::getText() const { return m_text; }
 Vector TextBox::getSize() const { return m_size; }
 bool TextBox::getPadding() const { return m_padding; }
 bool TextBox::getWordWrap() const { return m_word_wrap; }
+
+
+// ---- records -------------------------------------------------------------------
+
+int TextBox::serialize(std::stringstream *p_ss, unsigned int attr) {
+  LogManager &log = LogManager::getInstance();
+  const bool trace = log.getLogLevel() >= 25;
+  log.writeLog(20, "TextBox::serialize(): serializing attributes");
+  if (log.getLogLevel() >= 20)
+    log.writeLog(20, "TextBox::serialize(): attr is %u, modified is %u (%s)", attr, getModified(),
+                 boolToString(getModified() != 0).c_str());
+  ViewObject::serialize(p_ss, attr);
+  unsigned int modified = getModified();
+  const unsigned int mask = attr ? attr : modified;
+  if (mask & TEXTBOX_TEXT) {
+    if (trace) log.writeLog(25, "\tTEXT: %s", m_text.c_str());
+    writeString(*p_ss, m_text);
+    modified &= ~static_cast<unsigned int>(TEXTBOX_TEXT);
+  }
+  if (mask & TEXTBOX_APPEARANCE) {
+    writeFloat(*p_ss, m_size.getX());
+    writeFloat(*p_ss, m_size.getY());
+    writeBool(*p_ss, m_padding);
+    writeBool(*p_ss, m_word_wrap);
+    modified &= ~static_cast<unsigned int>(TEXTBOX_APPEARANCE);
+    if (trace) traceAppearance();
+  }
+  setModified(modified);
+  return checkStream("TextBox::serialize()", *p_ss);
+}
+
+int TextBox::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
+  LogManager &log = LogManager::getInstance();
+  const bool trace = log.getLogLevel() >= 25;
+  unsigned int mask = 0;
+  int result = ViewObject::deserialize(p_ss, &mask);
+  if (p_attr) *p_attr = mask;
+  if (result != 0) return result;
+  if (log.getLogLevel() >= 20)
+    log.writeLog(20, "TextBox::deserialize(): attr %u (%s)", mask, toBinaryString(mask).c_str());
+  std::istream &in = *p_ss;
+  if ((mask & TEXTBOX_TEXT) && in.good()) {
+    std::string text;
+    std::uint64_t length = 0;
+    int read = readString(in, text, length);
+    if (read == -2)
+      log.writeLog("TextBox::deserialize(): Error! Cannot allocate %d bytes.",
+                   static_cast<int>(length));
+    if (read == 0) {
+      setText(text);
+      if (trace) log.writeLog(25, "\tTEXT: %s", m_text.c_str());
+    }
+  }
+  if ((mask & TEXTBOX_APPEARANCE) && in.good()) {
+    float width = 0, height = 0;
+    bool padding = true, word_wrap = true;
+    readFloat(in, width);
+    readFloat(in, height);
+    readBool(in, padding);
+    readBool(in, word_wrap);
+    if (in) {
+      setSize(Vector(width, height));
+      setPadding(padding);
+      setWordWrap(word_wrap);
+      if (trace) traceAppearance();
+    }
+  }
+  log.writeLog(20, "TextBox::deserialize(): done checking all types.");
+  return checkStream("TextBox::deserialize()", *p_ss);
+}
+
+void TextBox::traceAppearance() const {
+  LogManager &log = LogManager::getInstance();
+  log.writeLog(25, "\tAPPEARANCE");
+  log.writeLog(25, "\tSIZE: %s", m_size.toString().c_str());
+  log.writeLog(25, "\tPADDING: %s", boolToString(m_padding).c_str());
+  log.writeLog(25, "\tWORD_WRAP: %s", boolToString(m_word_wrap).c_str());
+}
 
 }  // namespace qv

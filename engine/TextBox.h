@@ -19,6 +19,9 @@ class TextBox : public ViewObject {
 
   // The frame (always, whatever the border flag) and the visible lines.
   int draw() override;
+  // The ViewObject record, then TEXT and APPEARANCE.
+  int serialize(std::stringstream *p_ss, unsigned int attr = 0) override;
+  int deserialize(std::stringstream *p_ss, unsigned int *p_attr = nullptr) override;
 
   // '\n' forces a line break.
   void setText(std::string new_text);
@@ -40,6 +43,9 @@ class TextBox : public ViewObject {
   std::vector<std::string> lines() const;
 
  private:
+  // The level-25 lines of the APPEARANCE group.
+  void traceAppearance() const;
+
   std::string m_text;  // "": the text shown
   Vector m_size;       // (10,1): width and height in cells
   bool m_padding;      // true: frame one column wider on each side

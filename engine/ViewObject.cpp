@@ -1,5 +1,9 @@
 #include "ViewObject.h"
 
+#include <cstdint>
+#include <istream>
+#include <sstream>
+
 #include "DisplayManager.h"
 #include "EventView.h"
 #include "LogManager.h"
@@ -131,5 +135,92 @@ Color ViewObject::getColor() const { return m_color; }
 int ViewObject::getLocation() const { return m_location; }
 
 void ViewObject::markModified(unsigned int bits) { setModified(getModified() | bits); }
+
+
+// ---- records -------------------------------------------------------------------
+
+int ViewObject::serialize(std::stringstream *p_ss, unsigned int attr) {
+  LogManager &log = LogManager::getInstance();
+  const bool trace = log.getLogLevel() >= 25;
+  log.writeLog(20, "ViewObject::serialize(): serializing attributes");
+  if (log.getLogLevel() >= 20)
+    log.writeLog(20, "ViewObject::serialize(): attr is %u, modified is %u (%s)", attr, getModified(),
+                 boolToString(getModified() != 0).c_str());
+  Object::serialize(p_ss, attr);
+  unsigned int modified = getModified();
+  const unsigned int mask = attr ? attr : modified;
+  if (mask & VIEW_VALUE) {
+    if (trace) log.writeLog(25, "\tVALUE");
+    writeInt(*p_ss, m_value);
+    modified &= ~static_cast<unsigned int>(VIEW_VALUE);
+  }
+  if (mask & VIEW_APPEARANCE) {
+    writeString(*p_ss, m_view_string);
+    writeBool(*p_ss, m_border);
+    writeInt(*p_ss, m_color);
+    writeInt(*p_ss, m_location);
+    writeBool(*p_ss, m_draw_value);
+    modified &= ~static_cast<unsigned int>(VIEW_APPEARANCE);
+    if (trace) traceAppearance();
+  }
+  setModified(modified);
+  return checkStream("ViewObject::serialize()", *p_ss);
+}
+
+int ViewObject::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
+  LogManager &log = LogManager::getInstance();
+  const bool trace = log.getLogLevel() >= 25;
+  unsigned int mask = 0;
+  int result = Object::deserialize(p_ss, &mask);
+  if (p_attr) *p_attr = mask;
+  if (result != 0) {
+    log.writeLog("ViewObject::deserialize(): Error calling Object::deserialize().");
+    return result;
+  }
+  if (log.getLogLevel() >= 20)
+    log.writeLog(20, "ViewObject::deserialize(): attr %u (%s)", mask, toBinaryString(mask).c_str());
+  std::istream &in = *p_ss;
+  int value = 0;
+  if ((mask & VIEW_VALUE) && readInt(in, value)) {
+    setValue(value);
+    if (trace) log.writeLog(25, "\tVALUE: %d", value);
+  }
+  if ((mask & VIEW_APPEARANCE) && in.good()) {
+    std::string view_string;
+    std::uint64_t length = 0;
+    bool border = true, draw_value = true;
+    int color = WHITE, location = TOP_CENTER;
+    if (readString(in, view_string, length) == -2)
+      log.writeLog("ViewObject::deserialize(): Error! Cannot allocate %d bytes.",
+                   static_cast<int>(length));
+    readBool(in, border);
+    readInt(in, color);
+    readInt(in, location);
+    readBool(in, draw_value);
+    // All five or none: half an appearance would be misplaced on screen.
+    if (in) {
+      setViewString(view_string);
+      setBorder(border);
+      setColor(static_cast<Color>(color));
+      // -1 says the sender placed the object by position, which the Object
+      // record already carried.
+      if (location != -1) setLocation(location);
+      setDrawValue(draw_value);
+      if (trace) traceAppearance();
+    }
+  }
+  log.writeLog(20, "ViewObject::deserialize(): done checking all types.");
+  return checkStream("ViewObject::deserialize()", *p_ss);
+}
+
+void ViewObject::traceAppearance() const {
+  LogManager &log = LogManager::getInstance();
+  log.writeLog(25, "\tAPPEARANCE");
+  log.writeLog(25, "\tVIEW_STRING: %s", m_view_string.c_str());
+  log.writeLog(25, "\tBORDER: %s", boolToString(m_border).c_str());
+  log.writeLog(25, "\tCOLOR: %s", colorToString(m_color).c_str());
+  log.writeLog(25, "\tLOCATION: %s", locationToString(m_location).c_str());
+  log.writeLog(25, "\tDRAW_VALUE: %s", boolToString(m_draw_value).c_str());
+}
 
 }  // namespace qv

@@ -46,6 +46,9 @@ class ViewObject : public Object {
   // The label (and value) centred on the position, with the border around it.
   // 0, or negative when some drawing failed.
   int draw() override;
+  // The Object record, then VALUE and APPEARANCE.
+  int serialize(std::stringstream *p_ss, unsigned int attr = 0) override;
+  int deserialize(std::stringstream *p_ss, unsigned int *p_attr = nullptr) override;
 
   // Moves the object to one of the nine places (0..8); other values are
   // logged and ignored.
@@ -70,6 +73,10 @@ class ViewObject : public Object {
  protected:
   // Sets bits in the modified mask.
   void markModified(unsigned int bits);
+
+ private:
+  // The level-25 lines of the APPEARANCE group.
+  void traceAppearance() const;
 
  private:
   std::string m_view_string;  // "": the label shown
