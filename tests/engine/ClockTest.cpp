@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <signal.h>
+#include <time.h>
+
+#include <string>
+
 #include "Clock.h"
 #include "platform.h"
 
@@ -13,4 +18,38 @@ TEST(ClockTest, MeasuresSleepsInWholeMillisecondsAndNeverGoesBack) {
   EXPECT_GE(delta, split);
   EXPECT_GE(clock.split(), 0);
   EXPECT_LT(clock.split(), 20000);
+  qv::platform::sleepMilliseconds(-5);
+  qv::platform::sleepMilliseconds(0);
+  EXPECT_LT(clock.split(), 5000);
+}
+
+TEST(PlatformTest, SleepOutlastsAStopSignalThatItRecords) {
+  ASSERT_EQ(qv::platform::installStopSignals(), 0);
+  qv::platform::clearStopRequest();
+  timer_t timer;
+  struct sigevent event {};
+  event.sigev_notify = SIGEV_SIGNAL;
+  event.sigev_signo = SIGTERM;
+  ASSERT_EQ(timer_create(CLOCK_MONOTONIC, &event, &timer), 0);
+  struct itimerspec when {};
+  when.it_value.tv_nsec = 5 * 1000000L;
+  ASSERT_EQ(timer_settime(timer, 0, &when, nullptr), 0);
+  std::int64_t start = qv::platform::monotonicMicroseconds();
+  qv::platform::sleepMilliseconds(40);
+  std::int64_t slept = qv::platform::monotonicMicroseconds() - start;
+  timer_delete(timer);
+  EXPECT_TRUE(qv::platform::stopRequested());
+  EXPECT_GE(slept, 40000);
+  qv::platform::clearStopRequest();
+  qv::platform::restoreStopSignals();
+  EXPECT_FALSE(qv::platform::stopRequested());
+}
+
+TEST(PlatformTest, CurrentDirectoryIsEmptyWhenItDoesNotFit) {
+  std::string cwd = qv::platform::currentDirectory(4096);
+  ASSERT_FALSE(cwd.empty());
+  EXPECT_EQ(cwd[0], '/');
+  EXPECT_EQ(qv::platform::currentDirectory(cwd.size() + 1), cwd);
+  EXPECT_EQ(qv::platform::currentDirectory(cwd.size()), "");
+  EXPECT_EQ(qv::platform::currentDirectory(0), "");
 }

@@ -2,9 +2,11 @@
 
 #include <signal.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -181,4 +183,19 @@ TEST_F(GameManagerTest, AFailedManagerEndsStartUpAndShutDownStopsOnlyTheStartedO
                                       "Input manager stopped", "Display manager stopped", STARS,
                                       "** Game engine stopped **"}));
   EXPECT_FALSE(log->contains("Path manager stopped"));
+}
+
+TEST_F(GameManagerTest, WorkingDirectoryTooLongForItsBufferIsNamedSo) {
+  std::string deep = dir.path();
+  while (deep.size() < 300) deep += "/" + std::string(40, 'd');
+  std::filesystem::create_directories(deep);
+  std::string old = qv::platform::currentDirectory(4096);
+  ASSERT_EQ(chdir(deep.c_str()), 0);
+  int result = restartWith("log_level:1,");
+  ASSERT_EQ(chdir(old.c_str()), 0);
+  ASSERT_EQ(result, 0);
+  std::vector<std::string> lines = log->messages();
+  auto at = std::find(lines.begin(), lines.end(), "Working directory:");
+  ASSERT_NE(at, lines.end());
+  EXPECT_EQ(*(at + 1), "  (full path too long)");
 }

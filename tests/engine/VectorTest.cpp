@@ -8,15 +8,10 @@
 #include "EngineFixture.h"
 #include "Vector.h"
 
-namespace {
-std::string bytesOf(const std::stringstream &ss) { return ss.str(); }
-}  // namespace
-
 class VectorLogTest : public qvtest::LogFixture {};
 
 TEST(VectorTest, ArithmeticAndNormalization) {
   qv::Vector v;
-  EXPECT_EQ(v, qv::Vector(0, 0));
   v.normalize();
   EXPECT_EQ(v, qv::Vector(0, 0));
   qv::Vector w(3, 4);
@@ -32,9 +27,6 @@ TEST(VectorTest, ArithmeticAndNormalization) {
   w += qv::Vector(0.5f, 0.5f);
   EXPECT_EQ(w, qv::Vector(-1.5f, 4.5f));
   EXPECT_TRUE(w != qv::Vector(-1.5f, 4.25f));
-  w.setX(7);
-  w.setY(8);
-  EXPECT_EQ(w, qv::Vector(7, 8));
 }
 
 TEST(VectorTest, TextUsesSixSignificantDigits) {
@@ -47,7 +39,7 @@ TEST(VectorTest, TextUsesSixSignificantDigits) {
 TEST(VectorTest, SerializesAsTwoLittleEndianSingles) {
   std::stringstream ss;
   EXPECT_EQ(qv::Vector(1.0f, -2.0f).serialize(&ss), 0);
-  EXPECT_EQ(bytesOf(ss), std::string("\x00\x00\x80\x3f\x00\x00\x00\xc0", 8));
+  EXPECT_EQ(ss.str(), std::string("\x00\x00\x80\x3f\x00\x00\x00\xc0", 8));
   qv::Vector back;
   EXPECT_EQ(back.deserialize(&ss), 0);
   EXPECT_EQ(back, qv::Vector(1.0f, -2.0f));
