@@ -477,6 +477,10 @@ int Object::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
   // Each attribute is applied only once all its fields were read, and
   // reading stops at the first failure: a short record changes nothing
   // with half a value.
+  // The sender's box outranks the one an animation brings with it: it is
+  // what the sender has, even when set after the sprite.
+  bool got_box = false;
+  Box received_box;
   for (ObjectAttribute bit : RECORD_ORDER) {
     if (!(mask & bit)) continue;
     if (!in.good()) break;
@@ -537,7 +541,10 @@ int Object::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
         readVector(in, corner);
         readFloat(in, horizontal);
         readFloat(in, vertical);
-        if (in) setBox(Box(corner, horizontal, vertical));
+        if (!in) break;
+        received_box = Box(corner, horizontal, vertical);
+        got_box = true;
+        setBox(received_box);
         break;
       }
       case POSITION:
@@ -566,6 +573,7 @@ int Object::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
           restored.setSlowdownCount(animation.getSlowdownCount());
           setAnimation(restored, true);
         }
+        if (got_box) setBox(received_box);
         break;
       }
       case ALTITUDE:
