@@ -75,6 +75,18 @@ int checkedCells(const char *where, const char *axis, int cells, int fallback) {
   return fallback;
 }
 
+// A configured window size of 0 takes the desktop's; a negative one, which
+// no window can have, does too after a log line.
+int windowPixels(int configured, const char *axis, unsigned int desktop) {
+  if (configured > 0)
+    return configured;
+  if (configured < 0)
+    LogManager::getInstance().writeLog(
+        "DisplayManager::startUp(): Error! %d pixels %s is no window size; using the desktop's %u.",
+        configured, axis, desktop);
+  return static_cast<int>(desktop);
+}
+
 }  // namespace
 
 DisplayManager::DisplayManager()
@@ -131,10 +143,8 @@ int DisplayManager::startUp() {
   const sf::VideoMode desktop = sf::VideoMode::getDesktopMode();
   log.writeLog(5, "DisplayManager::startUp(): window resolution (%d, %d) pixels.",
                static_cast<int>(desktop.width), static_cast<int>(desktop.height));
-  if (m_window_horizontal_pixels == 0)
-    m_window_horizontal_pixels = static_cast<int>(desktop.width);
-  if (m_window_vertical_pixels == 0)
-    m_window_vertical_pixels = static_cast<int>(desktop.height);
+  m_window_horizontal_pixels = windowPixels(m_window_horizontal_pixels, "across", desktop.width);
+  m_window_vertical_pixels = windowPixels(m_window_vertical_pixels, "down", desktop.height);
 
   // SFML 2 has no separate window state: full screen is one more style bit.
   sf::Uint32 style = static_cast<sf::Uint32>(config.getWindowStyle());

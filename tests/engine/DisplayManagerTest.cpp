@@ -124,11 +124,18 @@ TEST_F(DisplayWindowTest, WindowFromConfiguration) {
   ASSERT_EQ(started, 0);
   EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, 240));
   display().shutDown();
-  // A pixel size of 0 takes the desktop's, for that axis only.
+  // A pixel size of 0 takes the desktop's, for that axis only; so does a
+  // negative one, which is reported.
+  const sf::VideoMode desktop = sf::VideoMode::getDesktopMode();
   loadConfig("window_horizontal_pixels:0,");
   ASSERT_EQ(display().startUp(), 0);
-  EXPECT_EQ(display().getWindow()->getSize(),
-            sf::Vector2u(sf::VideoMode::getDesktopMode().width, 240));
+  EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(desktop.width, 240));
+  display().shutDown();
+  loadConfig("window_vertical_pixels:-3,");
+  ASSERT_EQ(display().startUp(), 0);
+  EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, desktop.height));
+  EXPECT_TRUE(log->contains("DisplayManager::startUp(): Error! -3 pixels down is no window size; "
+                            "using the desktop's " + std::to_string(desktop.height) + "."));
 }
 
 TEST_F(DisplayWindowTest, TextViewOfStringsAndCharacters) {
