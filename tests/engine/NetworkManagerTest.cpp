@@ -4,7 +4,12 @@
 #include <utility>
 #include <vector>
 
+#include <csignal>
+#include <cstdlib>
+#include <sstream>
+
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "EngineFixture.h"
@@ -14,6 +19,9 @@
 #include "LogManager.h"
 #include "NetworkManager.h"
 #include "Object.h"
+#include "TempDir.h"
+#include "TextBox.h"
+#include "WorldManager.h"
 #include "platform.h"
 #include "sockets.h"
 
@@ -369,6 +377,131 @@ TEST_F(NetworkTest, ReceiveNoticesTheGoodbyeAndConnectFindsTheServer) {
   EXPECT_EQ(nm.connect("127.0.0.1", "1"), -1);  // nothing listens on port 1
   EXPECT_TRUE(log->contains("NetworkManager::connect(): Error! Unable to connect to 127.0.0.1:1:"));
   EXPECT_TRUE(log->contains("\t111 - Connection refused"));
+}
+
+}  // namespace
+
+// ---- two copies of the engine ------------------------------------------------------
+// The test process forks: parent and child each start their own log, world
+// and network managers (their own singletons, in their own address spaces)
+// and talk over loopback, as two copies of a game on one machine would.
+
+namespace {
+
+const unsigned int ALL_TEXT_BOX_ATTRIBUTES = 0x3FFFFF;
+
+// The log goes where QUORVELLE_LOG points.
+void startPeerEngine() {
+  qv::LogManager::getInstance().startUp();
+  qv::WorldManager &world = qv::WorldManager::getInstance();
+  world.startUp();
+  world.setBoundary(qv::Box(qv::Vector(0, 0), 160, 48));
+  world.setView(qv::Box(qv::Vector(0, 0), 80, 24));
+  NetworkManager::getInstance().startUp();
+}
+
+void stopPeerEngine() {
+  NetworkManager::getInstance().shutDown();
+  qv::WorldManager::getInstance().shutDown();
+  qv::LogManager::getInstance().shutDown();
+}
+
+// 1 and the message, or 0 after five seconds without one.
+int awaitMessage(std::string *p_message, int sock) {
+  for (int waited = 0; waited < 5000; waited++) {
+    int got = NetworkManager::getInstance().receiveMessage(p_message, sock);
+    if (got != 0) return got;
+    qv::platform::sleepMilliseconds(1);
+  }
+  return 0;
+}
+
+// The child: connects, rebuilds each object it receives and sends back the
+// record of what it rebuilt. The exit status says where it failed.
+int runPeer(int port_pipe, const std::string &log_path) {
+  setenv("QUORVELLE_LOG", log_path.c_str(), 1);
+  startPeerEngine();
+  int port = 0;
+  if (read(port_pipe, &port, sizeof port) != static_cast<ssize_t>(sizeof port)) return 10;
+  NetworkManager &nm = NetworkManager::getInstance();
+  int sock = nm.connect("127.0.0.1", std::to_string(port));
+  if (sock != 0) return 11;
+  for (int i = 0; i < 2; i++) {
+    std::string message;
+    if (awaitMessage(&message, sock) != 1) return 12 + i;
+    qv::Object *p_o = i == 0 ? new qv::Object : new qv::TextBox;
+    std::stringstream in(message);
+    if (p_o->deserialize(&in) != 0) return 14 + i;
+    std::stringstream out;
+    p_o->serialize(&out, i == 0 ? qv::ALL_OBJECT_ATTRIBUTES : ALL_TEXT_BOX_ATTRIBUTES);
+    if (nm.sendMessage(out.str(), sock) != 0) return 16 + i;
+  }
+  stopPeerEngine();
+  return 0;
+}
+
+TEST(NetworkExchangeTest, TwoEnginesRebuildEachOthersObjects) {
+  qvtest::TempDir dir;
+  int port_pipe[2];
+  ASSERT_EQ(pipe(port_pipe), 0);
+  pid_t child = fork();
+  ASSERT_NE(child, -1);
+  if (child == 0) {
+    close(port_pipe[1]);
+    _exit(runPeer(port_pipe[0], dir.file("peer.log")));
+  }
+  close(port_pipe[0]);
+
+  qvtest::ScopedEnv log_env("QUORVELLE_LOG", dir.file("server.log").c_str());
+  startPeerEngine();
+  NetworkManager &nm = NetworkManager::getInstance();
+  ASSERT_EQ(nm.setServer("0"), 0);
+  int port = nm.getPort();
+  ASSERT_EQ(write(port_pipe[1], &port, sizeof port), static_cast<ssize_t>(sizeof port));
+  close(port_pipe[1]);
+  int sock = -1;
+  for (int waited = 0; waited < 5000 && sock == -1; waited++, qv::platform::sleepMilliseconds(1))
+    sock = nm.accept();
+  ASSERT_EQ(sock, 0);
+
+  qv::Object *p_unit = new qv::Object;
+  p_unit->setType("Hero");
+  p_unit->setPosition(qv::Vector(12, 7));
+  p_unit->setVelocity(qv::Vector(0.5f, 0));
+  p_unit->setAltitude(1);
+  p_unit->setSolidness(qv::SPECTRAL);
+  p_unit->registerInterest("playerturn");
+  p_unit->registerInterest("qv-network");
+  qv::TextBox *p_box = new qv::TextBox;
+  p_box->setText("Warrior\nHP 12");
+  p_box->setSize(qv::Vector(14, 4));
+  p_box->setLocation(qv::BOTTOM_RIGHT);
+  p_box->setValue(42);
+
+  std::stringstream unit_record, box_record;
+  ASSERT_EQ(p_unit->serialize(&unit_record, qv::ALL_OBJECT_ATTRIBUTES), 0);
+  ASSERT_EQ(p_box->serialize(&box_record, ALL_TEXT_BOX_ATTRIBUTES), 0);
+  EXPECT_EQ(nm.sendMessage(unit_record.str(), sock), 0);
+  EXPECT_EQ(nm.sendMessage(box_record.str(), sock), 0);
+
+  // What the other copy rebuilt, written out again, is byte for byte what
+  // this copy sent: every attribute arrived and was applied.
+  std::string echo;
+  EXPECT_EQ(awaitMessage(&echo, sock), 1);
+  EXPECT_EQ(echo, unit_record.str());
+  EXPECT_EQ(awaitMessage(&echo, sock), 1);
+  EXPECT_EQ(echo, box_record.str());
+
+  int status = -1;
+  for (int waited = 0; waited < 5000; waited++, qv::platform::sleepMilliseconds(1))
+    if (waitpid(child, &status, WNOHANG) == child) break;
+  if (!WIFEXITED(status)) {
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+  }
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
+      << "peer status " << status << "\n" << qvtest::readFile(dir.file("peer.log"));
+  stopPeerEngine();
 }
 
 }  // namespace
