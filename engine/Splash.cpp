@@ -15,9 +15,10 @@ namespace {
 const int BANNER_WIDTH = 47;
 const int BANNER_HEIGHT = 8;
 
-// Outline lettering while the banner slides in, block lettering once it
-// stops. The block word keeps clear of the right six columns, where the
-// emblem comes to rest.
+// Rounded outline lettering while the banner slides in, boxed lettering once
+// it stops. Strokes are '|', '_' and '-' because cells are much taller than
+// wide: '|' joins across rows into a solid line. The boxed word keeps clear
+// of the right six columns, where the emblem comes to rest.
 const std::vector<std::string> BANNER[2] = {
     {
         "                                               ",
@@ -31,12 +32,12 @@ const std::vector<std::string> BANNER[2] = {
     },
     {
         "                                               ",
-        " ##  #  #  ##  ###  #   # ### #   #   ###      ",
-        "#  # #  # #  # #  # #   # #   #   #   #        ",
-        "#  # #  # #  # #  # #   # ##  #   #   ##       ",
-        "#  # #  # #  # ###   # #  #   #   #   #        ",
-        "# ## #  # #  # # #   # #  #   #   #   #        ",
-        " ###  ##   ##  #  #   #   ### ### ### ###      ",
+        " __        __   __         __          __      ",
+        "|  | |  | |  | |  | |   | |   |   |   |        ",
+        "|  | |  | |  | |__/ \\   / |__ |   |   |__      ",
+        "|  | |  | |  | | \\   \\ /  |   |   |   |        ",
+        "|_\\| |__| |__| |  \\   V   |__ |__ |__ |__      ",
+        "   \\                                           ",
         "========= g a m e   e n g i n e =========      ",
     },
 };
