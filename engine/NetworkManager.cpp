@@ -210,6 +210,11 @@ int NetworkManager::send(const void *bytes, int length, int sock) {
     log.writeLog("NetworkManager::send(): Error! Socket %d not connected. Unable to send.", sock);
     return -1;
   }
+  if (length < 0 || (length > 0 && !bytes)) {
+    log.writeLog("NetworkManager::send(): Error! No message of %d bytes to send on socket %d.",
+                 length, sock);
+    return -1;
+  }
   int handle = m_sock[sock].handle;
   log.writeLog(15, "NetworkManager::send(): Socket %d (m_sock[] is %d). Calling ::send()...", sock,
                handle);

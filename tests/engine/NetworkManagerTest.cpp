@@ -189,6 +189,9 @@ TEST_F(NetworkTest, BytesArriveIntactBothWays) {
   const std::string out = pattern(3000);
   EXPECT_EQ(nm.send(out.data(), static_cast<int>(out.size()), 0), 0);
   EXPECT_EQ(client.read(out.size()), out);
+  EXPECT_EQ(nm.send(nullptr, 3, 0), -1);
+  EXPECT_TRUE(log->contains("NetworkManager::send(): Error! No message of 3 bytes to send on socket 0."));
+  EXPECT_TRUE(nm.isConnected(0));
 
   char buffer[64];
   EXPECT_EQ(nm.receive(buffer, sizeof buffer, 0), 0);  // nothing waiting: no block
@@ -260,8 +263,12 @@ TEST_F(NetworkTest, QueuedMessageLeavesInItsFrameAndNotBefore) {
     }
   };
   auto *p_watcher = new Watcher(&client);
+  auto *p_listener = new NetListener;
+  RawClient newcomer(nm.getPort());  // the loop accepts it, as a server's loop does
   qv::GameManager::getInstance().run();
   EXPECT_EQ(p_watcher->waiting, (std::vector<int>{0, 0, 0, 0, 9, 9}));
+  EXPECT_EQ(nm.getNumConnections(), 2);
+  EXPECT_EQ(p_listener->events, (std::vector<std::pair<int, int>>{{0, 1}}));
   EXPECT_EQ(client.read(9), std::string("late\x01\x00\x00\x00x", 9));
 }
 

@@ -8,6 +8,9 @@
 
 #include "Animation.h"
 #include "Path.h"
+#include "ResourceManager.h"
+#include "Sprite.h"
+#include "TempDir.h"
 #include "Shape.h"
 #include "TextBox.h"
 #include "ViewObject.h"
@@ -285,6 +288,57 @@ TEST_F(ObjectRecordTest, ViewObjectAndTextBoxCarryTheirOwnGroups) {
   std::stringstream cut(le32(qv::POSITION) + "abc");
   EXPECT_EQ(p_copy->deserialize(&cut), -1);
   EXPECT_TRUE(log->contains("ViewObject::deserialize(): Error calling Object::deserialize()."));
+}
+
+TEST_F(ObjectRecordTest, OnlyTheSpriteLabelTravelsAndTheReaderFindsItsOwn) {
+  qv::ResourceManager &rm = qv::ResourceManager::getInstance();
+  ASSERT_EQ(rm.startUp(), 0);
+  struct StopResources {
+    ~StopResources() { qv::ResourceManager::getInstance().shutDown(); }
+  } stop_resources;
+  qvtest::TempDir dir;
+  ASSERT_EQ(rm.loadSprite(dir.write("man.txt", "2\n3\n2\n4\ncyan\n.o.\n/#\\\n\\o/\n.#.\n"), "man"), 0);
+  Object *p_src = new Object;
+  ASSERT_EQ(p_src->setSprite("man"), 0);
+  qv::Animation animation = p_src->getAnimation();
+  animation.setIndex(1);
+  animation.setSlowdownCount(3);
+  p_src->setAnimation(animation, false);
+  std::stringstream ss;
+  p_src->serialize(&ss, qv::ANIMATION);
+  EXPECT_EQ(bytes(ss), le32(qv::ANIMATION) + le64(3) + "man" + le32(1) + le32(3) + le32(0));
+
+  Object *p_dst = new Object;
+  EXPECT_EQ(p_dst->deserialize(&ss), 0);
+  EXPECT_EQ(p_dst->getAnimation().getSprite(), rm.getSprite("man"));
+  EXPECT_EQ(p_dst->getAnimation().getIndex(), 1);
+  EXPECT_EQ(p_dst->getAnimation().getSlowdownCount(), 3);
+  EXPECT_EQ(p_dst->getBox(), p_src->getBox());
+
+  // A label this copy never loaded leaves the animation without a sprite.
+  std::stringstream unknown(le32(qv::ANIMATION) + le64(5) + "ghost" + le32(0) + le32(0) + le32(0));
+  EXPECT_EQ(p_dst->deserialize(&unknown), 0);
+  EXPECT_EQ(p_dst->getAnimation().getSprite(), nullptr);
+  EXPECT_EQ(p_dst->getAnimation().getName(), "ghost");
+  EXPECT_TRUE(log->contains("Object::setSprite(): Warning! Sprite 'ghost' not found"));
+}
+
+TEST_F(ObjectRecordTest, TraceLinesNameEachAttributeBothWays) {
+  Object *p_o = new Object;
+  p_o->setType("Hero");
+  p_o->setModified(0);
+  setLogLevel(25);
+  std::stringstream ss;
+  p_o->serialize(&ss, qv::POSITION | qv::TYPE);
+  Object *p_copy = new Object;
+  p_copy->deserialize(&ss);
+  setLogLevel(0);
+  EXPECT_TRUE(log->contains("Object::serialize(): attr is 96, modified is 0 (false)"));
+  EXPECT_TRUE(log->contains("\t00000000000000000000000001100000"));
+  EXPECT_TRUE(log->contains("Object::deserialize(): attr 96 (00000000000000000000000001100000)"));
+  EXPECT_EQ(log->count("\tPOSITION: (1,1)"), 2);
+  EXPECT_EQ(log->count("\tTYPE: Hero"), 2);
+  EXPECT_TRUE(log->contains("Object::deserialize(): done checking all types."));
 }
 
 TEST_F(ObjectRecordTest, ValueClassesRoundTripByteForByte) {
