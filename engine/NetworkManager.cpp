@@ -210,11 +210,7 @@ int NetworkManager::send(const void *bytes, int length, int sock) {
     log.writeLog("NetworkManager::send(): Error! Socket %d not connected. Unable to send.", sock);
     return -1;
   }
-  if (length < 0 || (length > 0 && !bytes)) {
-    log.writeLog("NetworkManager::send(): Error! No message of %d bytes to send on socket %d.",
-                 length, sock);
-    return -1;
-  }
+  if (!isMessage("send", bytes, length, sock)) return -1;
   int handle = m_sock[sock].handle;
   log.writeLog(15, "NetworkManager::send(): Socket %d (m_sock[] is %d). Calling ::send()...", sock,
                handle);
@@ -240,11 +236,7 @@ int NetworkManager::queue(const void *bytes, int length, int sock, int frame) {
     log.writeLog("NetworkManager::queue(): Error! Socket %d not connected. Unable to queue.", sock);
     return -1;
   }
-  if (length < 0 || (length > 0 && !bytes)) {
-    log.writeLog("NetworkManager::queue(): Error! No message of %d bytes to queue on socket %d.",
-                 length, sock);
-    return -1;
-  }
+  if (!isMessage("queue", bytes, length, sock)) return -1;
   const char *p_first = static_cast<const char *>(bytes);
   m_sock[sock].queue.push_back(Outgoing{std::vector<char>(p_first, p_first + length), frame});
   return 0;
@@ -422,6 +414,14 @@ void NetworkManager::announce(int label, int sock, int bytes, const void *p_mess
   event.setBytes(bytes);
   event.setMessage(p_message);
   onEvent(&event);
+}
+
+bool NetworkManager::isMessage(const char *operation, const void *bytes, int length, int sock) const {
+  if (length >= 0 && (length == 0 || bytes)) return true;
+  LogManager::getInstance().writeLog(
+      "NetworkManager::%s(): Error! No message of %d bytes to %s on socket %d.", operation, length,
+      operation, sock);
+  return false;
 }
 
 void NetworkManager::logSocketError(int code) const {

@@ -97,6 +97,8 @@ class NetworkManager : public Manager {
   bool validIndex(int sock) const;
   int addConnection(int handle, int label);
   void announce(int label, int sock, int bytes = 0, const void *p_message = nullptr);
+  // False, after a log line, when bytes and length make no message.
+  bool isMessage(const char *operation, const void *bytes, int length, int sock) const;
   void logSocketError(int code) const;
 
   int m_server;                            // listening socket, -1 when not a server
