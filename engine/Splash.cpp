@@ -121,6 +121,33 @@ std::unique_ptr<Sprite> makeSprite(const std::string &label, int width, int heig
   return p_sprite;
 }
 
+void setUpSplashObject(Object *p_o, const std::string &type, Sprite *p_sprite) {
+  p_o->setType(type);
+  p_o->setSolidness(SPECTRAL);
+  Animation animation = p_o->getAnimation();
+  animation.setSprite(p_sprite);
+  p_o->setAnimation(animation, true);
+  p_o->registerInterest(STEP_EVENT);
+  p_o->registerInterest(KEYBOARD_EVENT);
+}
+
+void withdrawSplashInterests(Object *p_o) {
+  p_o->unregisterInterest(KEYBOARD_EVENT);
+  p_o->unregisterInterest(STEP_EVENT);
+}
+
+int leaveAtSplashEnd(Object *p_o, const Event *p_e) {
+  GameManager &game_manager = GameManager::getInstance();
+  if (game_manager.getGameOver()) {
+    WorldManager::getInstance().markForDelete(p_o);
+    return -1;
+  }
+  if (p_e->getType() != KEYBOARD_EVENT) return 0;
+  game_manager.setGameOver();
+  WorldManager::getInstance().markForDelete(p_o);
+  return 1;
+}
+
 int splash() {
   LogManager &log = LogManager::getInstance();
   GameManager &game_manager = GameManager::getInstance();
@@ -140,12 +167,10 @@ Splash::Splash()
     : m_p_sprite(makeSprite("splash", BANNER_WIDTH, BANNER_HEIGHT, GREEN, 1,
                             {BANNER[0], BANNER[1]})),
       m_step_count(SLIDE_STEPS) {
-  setType("Splash");
-  setSolidness(SPECTRAL);
-  Animation animation;
-  animation.setSprite(m_p_sprite.get());
-  animation.setSlowdownCount(-1);
-  setAnimation(animation, true);
+  setUpSplashObject(this, "Splash", m_p_sprite.get());
+  Animation animation = getAnimation();
+  animation.setSlowdownCount(-1);  // each lettering stays until switched
+  setAnimation(animation, false);
 
   const Box view = WorldManager::getInstance().getView();
   const float view_w = view.getHorizontal();
@@ -159,28 +184,13 @@ Splash::Splash()
   int slide_steps = GameManager::getInstance().getFrameTime() / 2;
   if (slide_steps < 1) slide_steps = 1;
   setVelocity(Vector(-(w * 0.5f + view_w * 0.5f + 11) / static_cast<float>(slide_steps), 0));
-
-  registerInterest(STEP_EVENT);
-  registerInterest(KEYBOARD_EVENT);
 }
 
-Splash::~Splash() {
-  unregisterInterest(KEYBOARD_EVENT);
-  unregisterInterest(STEP_EVENT);
-}
+Splash::~Splash() { withdrawSplashInterests(this); }
 
 int Splash::eventHandler(const Event *p_e) {
-  GameManager &game_manager = GameManager::getInstance();
-  WorldManager &world = WorldManager::getInstance();
-  if (game_manager.getGameOver()) {
-    world.markForDelete(this);
-    return 0;
-  }
-  if (p_e->getType() == KEYBOARD_EVENT) {
-    game_manager.setGameOver();
-    world.markForDelete(this);
-  }
-  if (p_e->getType() != STEP_EVENT) return 0;
+  // A key is taken (the sequence ends) but not counted as handled.
+  if (leaveAtSplashEnd(this, p_e) != 0 || p_e->getType() != STEP_EVENT) return 0;
 
   m_step_count--;
   if (m_step_count == 0) {
@@ -191,7 +201,7 @@ int Splash::eventHandler(const Event *p_e) {
     const Vector pos = getPosition();
     new SplashQuorvelle(Vector(pos.getX() + 24, pos.getY() + 1));
   }
-  if (m_step_count == BANNER_END) world.markForDelete(this);
+  if (m_step_count == BANNER_END) WorldManager::getInstance().markForDelete(this);
   return 1;
 }
 

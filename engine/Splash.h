@@ -25,6 +25,15 @@ std::unique_ptr<Sprite> makeSprite(const std::string &label, int width, int heig
                                    Color color, int slowdown,
                                    const std::vector<std::vector<std::string>> &frames);
 
+// What the two splash objects share. Setting up: type name, SPECTRAL, the
+// sprite shown from frame 0 with its box, interest in steps and keys.
+void setUpSplashObject(Object *p_o, const std::string &type, Sprite *p_sprite);
+void withdrawSplashInterests(Object *p_o);
+// The end of the sequence: when game over is already set, p_o is marked for
+// deletion and -1 returned; for a key, game over is set, p_o is marked and 1
+// returned; otherwise 0.
+int leaveAtSplashEnd(Object *p_o, const Event *p_e);
+
 // The banner with the engine's name: slides in from the right, stops, switches
 // to its second lettering and brings up the emblem.
 class Splash : public Object {

@@ -1,6 +1,5 @@
 #include "SplashQuorvelle.h"
 
-#include "EventKeyboard.h"
 #include "EventStep.h"
 #include "GameManager.h"
 #include "Splash.h"
@@ -19,12 +18,6 @@ const int END_AT = -45;
 // as arrived, so the emblem stops on its row instead of one step later.
 const float ARRIVAL_TOLERANCE = 0.001f;
 
-void showSprite(Object *p_o, Sprite *p_sprite) {
-  Animation animation = p_o->getAnimation();
-  animation.setSprite(p_sprite);
-  p_o->setAnimation(animation, true);
-}
-
 }  // namespace
 
 SplashQuorvelle::SplashQuorvelle(Vector target)
@@ -32,36 +25,19 @@ SplashQuorvelle::SplashQuorvelle(Vector target)
                             {splashEmblem(0), splashEmblem(1)})),
       m_target(target),
       m_step_count(RISE_STEPS) {
-  setType("SplashQuorvelle");
-  setSolidness(SPECTRAL);
-  showSprite(this, m_p_sprite.get());
+  setUpSplashObject(this, "SplashQuorvelle", m_p_sprite.get());
 
   const Box view = WorldManager::getInstance().getView();
   const Vector start(target.getX(), view.getCorner().getY() + view.getVertical() + 6);
   setPosition(start);
   setVelocity(Vector(0, -(start.getY() - target.getY()) / RISE_STEPS));
-
-  registerInterest(STEP_EVENT);
-  registerInterest(KEYBOARD_EVENT);
 }
 
-SplashQuorvelle::~SplashQuorvelle() {
-  unregisterInterest(KEYBOARD_EVENT);
-  unregisterInterest(STEP_EVENT);
-}
+SplashQuorvelle::~SplashQuorvelle() { withdrawSplashInterests(this); }
 
 int SplashQuorvelle::eventHandler(const Event *p_e) {
-  GameManager &game_manager = GameManager::getInstance();
-  WorldManager &world = WorldManager::getInstance();
-  if (game_manager.getGameOver()) {
-    world.markForDelete(this);
-    return 0;
-  }
-  if (p_e->getType() == KEYBOARD_EVENT) {
-    game_manager.setGameOver();
-    world.markForDelete(this);
-    return 1;
-  }
+  const int ending = leaveAtSplashEnd(this, p_e);
+  if (ending != 0) return ending > 0 ? 1 : 0;
   if (p_e->getType() != STEP_EVENT) return 0;
 
   m_step_count--;
@@ -69,14 +45,16 @@ int SplashQuorvelle::eventHandler(const Event *p_e) {
     setVelocity(Vector(0, 0));
   if (m_step_count == SHRINK_AT) {
     std::unique_ptr<Sprite> p_small = makeSprite("", 9, 6, GREEN, 1, {splashSmallEmblem()});
-    showSprite(this, p_small.get());
+    Animation animation = getAnimation();
+    animation.setSprite(p_small.get());
+    setAnimation(animation, true);
     m_p_sprite = std::move(p_small);
     const Vector pos = getPosition();
     setPosition(Vector(pos.getX() - 1, pos.getY()));
   }
   if (m_step_count == END_AT) {
-    game_manager.setGameOver();
-    world.markForDelete(this);
+    GameManager::getInstance().setGameOver();
+    WorldManager::getInstance().markForDelete(this);
   }
   return 1;
 }
