@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <signal.h>
-#include <time.h>
 
 #include <string>
 
 #include "Clock.h"
+#include "SignalTimer.h"
 #include "platform.h"
 
 TEST(ClockTest, MeasuresSleepsInWholeMillisecondsAndNeverGoesBack) {
@@ -26,18 +26,11 @@ TEST(ClockTest, MeasuresSleepsInWholeMillisecondsAndNeverGoesBack) {
 TEST(PlatformTest, SleepOutlastsAStopSignalThatItRecords) {
   ASSERT_EQ(qv::platform::installStopSignals(), 0);
   qv::platform::clearStopRequest();
-  timer_t timer;
-  struct sigevent event {};
-  event.sigev_notify = SIGEV_SIGNAL;
-  event.sigev_signo = SIGTERM;
-  ASSERT_EQ(timer_create(CLOCK_MONOTONIC, &event, &timer), 0);
-  struct itimerspec when {};
-  when.it_value.tv_nsec = 5 * 1000000L;
-  ASSERT_EQ(timer_settime(timer, 0, &when, nullptr), 0);
+  qvtest::SignalTimer timer(SIGTERM, 5);
+  ASSERT_TRUE(timer.armed());
   std::int64_t start = qv::platform::monotonicMicroseconds();
   qv::platform::sleepMilliseconds(40);
   std::int64_t slept = qv::platform::monotonicMicroseconds() - start;
-  timer_delete(timer);
   EXPECT_TRUE(qv::platform::stopRequested());
   EXPECT_GE(slept, 40000);
   qv::platform::clearStopRequest();

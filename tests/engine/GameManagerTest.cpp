@@ -16,6 +16,7 @@
 #include "DisplayManager.h"
 #include "LogManager.h"
 #include "PathManager.h"
+#include "SignalTimer.h"
 #include "WorldManager.h"
 #include "platform.h"
 
@@ -122,18 +123,11 @@ TEST_F(GameManagerTest, StopSignalBeforeRunStillLetsEveryRunDoOneFrame) {
 
 TEST_F(GameManagerTest, StopSignalDuringRunEndsTheLoopAfterThatFrame) {
   // A timer delivers SIGINT while the loop sleeps between frames.
-  timer_t timer;
-  struct sigevent event {};
-  event.sigev_notify = SIGEV_SIGNAL;
-  event.sigev_signo = SIGINT;
-  ASSERT_EQ(timer_create(CLOCK_MONOTONIC, &event, &timer), 0);
-  struct itimerspec when {};
-  when.it_value.tv_nsec = 75 * 1000000L;
-  ASSERT_EQ(timer_settime(timer, 0, &when, nullptr), 0);
+  qvtest::SignalTimer timer(SIGINT, 75);
+  ASSERT_TRUE(timer.armed());
   qv::Clock clock;
   game().run();
   std::int64_t elapsed = clock.split();
-  timer_delete(timer);
   EXPECT_GE(game().getStepCount(), 2);
   EXPECT_GE(elapsed, 70000);
   EXPECT_EQ(elapsed < 5000000, true) << "the loop did not stop";
