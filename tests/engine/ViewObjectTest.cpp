@@ -158,12 +158,6 @@ TEST_F(ViewObjectTest, ViewEventsRaiseOrSetTheValueOfTheTaggedLabelOnly) {
   // Anything else goes to the base handler, which wants only paths.
   const qv::EventStep step(4);
   EXPECT_EQ(turn->eventHandler(&step), 0);
-
-  const qv::EventView blank;
-  EXPECT_EQ(blank.getType(), "qv-view");
-  EXPECT_EQ(blank.getTag(), "");
-  EXPECT_EQ(blank.getValue(), 0);
-  EXPECT_FALSE(blank.getDelta());
 }
 
 TEST_F(ViewObjectTest, HeadlessDrawingReportsFailure) {
