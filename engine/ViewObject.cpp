@@ -190,7 +190,8 @@ int ViewObject::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
     std::uint64_t length = 0;
     bool border = true, draw_value = true;
     int color = WHITE, location = TOP_CENTER;
-    if (readString(in, view_string, length) == -2)
+    const int string_read = readString(in, view_string, length);
+    if (string_read == -2)
       log.writeLog("ViewObject::deserialize(): Error! Cannot allocate %d bytes.",
                    static_cast<int>(length));
     readBool(in, border);
@@ -199,7 +200,7 @@ int ViewObject::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
     readBool(in, draw_value);
     // All five or none: half an appearance would be misplaced on screen.
     if (in) {
-      setViewString(view_string);
+      if (string_read == 0) setViewString(view_string);
       setBorder(border);
       setColor(static_cast<Color>(color));
       // -1 says the sender placed the object by position, which the Object
