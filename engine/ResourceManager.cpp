@@ -1,7 +1,6 @@
 #include "ResourceManager.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <cstdlib>
 
@@ -23,9 +22,8 @@ const char *const COLOR_NAMES[] = {"black", "red",     "green", "yellow",
 // A number as sprite files write it: leading blanks, an optional sign, then
 // digits; reading stops at the first other character and a text without
 // leading digits reads as 0. Out-of-range values are clamped to int.
-int readInt(const std::string &text) {
-  errno = 0;
-  long value = std::strtol(text.c_str(), nullptr, 10);
+int readNumber(const std::string &text) {
+  const long value = std::strtol(text.c_str(), nullptr, 10);
   return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
 }
 
@@ -155,7 +153,7 @@ int ResourceManager::loadSprite(std::string filename, std::string label) {
   if (first == "<HEADER>") {
     log.writeLog(5, "RM::loadSprite(): assuming robust sprite file format.");
     p_sprite = loadRobustSprite(file);
-  } else if (readInt(first) >= 1) {
+  } else if (readNumber(first) >= 1) {
     log.writeLog(5, "RM::loadSprite(): assuming simple sprite file format.");
     p_sprite = loadSimpleSprite(file);
   } else {
@@ -207,7 +205,7 @@ Sprite *ResourceManager::loadSimpleSprite(std::ifstream &file) {
       }
       break;
     }
-    number[i] = readInt(line);
+    number[i] = readNumber(line);
     if (i == 0 && number[i] < 1) {
       log.writeLog("RM::loadSimpleSprite(): Error line %d! Number of frames is %d.",
                    s_line_number, number[i]);
@@ -534,7 +532,7 @@ std::vector<std::string> readData(std::ifstream &file, std::string name) {
 }
 
 int matchLineInt(std::vector<std::string> &lines, const char *key) {
-  return matchLine(lines, key, -1, "matchLineInt()", readInt);
+  return matchLine(lines, key, -1, "matchLineInt()", readNumber);
 }
 
 std::string matchLineStr(std::vector<std::string> &lines, const char *key) {
