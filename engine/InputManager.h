@@ -66,6 +66,13 @@ Keyboard::Key toEngineKey(sf::Keyboard::Key sfml_key);
 // The engine button for a window button, UNDEFINED_MOUSE_BUTTON for others.
 Mouse::Button toEngineButton(sf::Mouse::Button sfml_button);
 
+// Held keys are read from one picture of the whole keyboard per frame rather
+// than one question to the window system per key. refreshKeyboardState takes
+// the picture (false where none can be taken: no X server); isKeyDown answers
+// from the last picture, or asks the window library when there is none.
+bool refreshKeyboardState();
+bool isKeyDown(sf::Keyboard::Key key);
+
 }  // namespace qv
 
 #endif

@@ -2,6 +2,7 @@
 // one window event at a time (built by hand), held keys and buttons, and the
 // manager's start and stop.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include <SFML/Graphics/RenderWindow.hpp>
 #include <SFML/System/Sleep.hpp>
 #include <SFML/Window/Event.hpp>
+#include <SFML/Window/Window.hpp>
 
 #include "Config.h"
 #include "DisplayFixture.h"
@@ -372,6 +374,54 @@ TEST_F(InputEngineTest, PointerMovesArriveInCells) {
   }
   ASSERT_FALSE(recorder->seen.empty()) << "no pointer motion reached the window";
   EXPECT_EQ(recorder->seen.back(), "moved -1 (5,3)");
+}
+
+}  // namespace
+
+namespace {
+
+// The keyboard picture must agree with the window library key by key. Each
+// key code of the X server is pressed for real (XTest) and both are asked
+// about every held-capable key.
+TEST(KeyboardState, AgreesWithTheWindowLibraryForEveryKeyCode) {
+  if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
+  void *xtst = dlopen("libXtst.so.6", RTLD_NOW);
+  if (!xtst) GTEST_SKIP() << "no XTest library";
+  auto open_display = reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
+  auto close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
+  auto sync = reinterpret_cast<int (*)(void *, int)>(dlsym(RTLD_DEFAULT, "XSync"));
+  auto fake_key =
+      reinterpret_cast<int (*)(void *, unsigned, int, unsigned long)>(dlsym(xtst, "XTestFakeKeyEvent"));
+  ASSERT_TRUE(open_display && close_display && sync && fake_key);
+  // A window keeps the window library's own connection open between polls.
+  sf::Window window(sf::VideoMode(32, 32), "keys");
+  void *display = open_display(nullptr);
+  ASSERT_NE(display, nullptr);
+
+  std::vector<sf::Keyboard::Key> keys;
+  for (int code = 0; code < sf::Keyboard::KeyCount; code++) {
+    const auto k = static_cast<sf::Keyboard::Key>(code);
+    if (qv::toEngineKey(k) != Key::UNDEFINED_KEY && k != sf::Keyboard::F11 && k != sf::Keyboard::F12)
+      keys.push_back(k);
+  }
+  ASSERT_EQ(keys.size(), 73u);
+  int seen = 0;
+  for (unsigned keycode = 8; keycode < 256; keycode++) {
+    fake_key(display, keycode, 1, 0);
+    sync(display, 0);
+    ASSERT_TRUE(qv::refreshKeyboardState());
+    for (sf::Keyboard::Key k : keys) {
+      const bool ours = qv::isKeyDown(k);
+      EXPECT_EQ(ours, sf::Keyboard::isKeyPressed(k)) << "key " << k << ", key code " << keycode;
+      seen += ours;
+    }
+    fake_key(display, keycode, 0, 0);
+    sync(display, 0);
+  }
+  // Every held-capable key was found on some key code.
+  EXPECT_GE(seen, 73);
+  close_display(display);
+  dlclose(xtst);
 }
 
 }  // namespace
