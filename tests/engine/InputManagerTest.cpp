@@ -318,6 +318,12 @@ TEST_F(InputManagerTest, ClosingTheWindowEndsTheGame) {
 
   EXPECT_EQ(input().startUp(), -1);
   EXPECT_TRUE(log->contains("InputManager::startup(): Warning! InputManager already started."));
+  // Headless, the input manager starts without a display to read from.
+  input().shutDown();
+  qv::LogManager::getInstance().setLogLevel(5);
+  EXPECT_EQ(input().startUp(), 0);
+  EXPECT_TRUE(log->contains("InputManager::startUp(): no input in headless mode."));
+  EXPECT_TRUE(log->contains("InputManager::startUp(): successfully started."));
 }
 
 // Start and stop around a real window, and without the display.
