@@ -65,6 +65,23 @@ T matchLine(std::vector<std::string> &lines, const char *key, T none, const char
   return value;
 }
 
+std::string labelOf(const std::unique_ptr<Sprite> &p_sprite) { return p_sprite->getLabel(); }
+std::string labelOf(const Sound &sound) { return sound.getLabel(); }
+std::string labelOf(const Music &music) { return music.getLabel(); }
+
+// The first of the count loaded items whose label is label, in load order;
+// null, after the warning, when there is none.
+template <typename T>
+T *findByLabel(T *items, int count, const std::string &label, const char *looking,
+               const char *missing) {
+  LogManager &log = LogManager::getInstance();
+  log.writeLog(5, looking, label.c_str());
+  for (int i = 0; i < count; i++)
+    if (labelOf(items[i]) == label) return &items[i];
+  log.writeLog(missing, label.c_str());
+  return nullptr;
+}
+
 void logFrames(const Sprite &sprite) {
   LogManager &log = LogManager::getInstance();
   if (log.getLogLevel() < 15) return;
@@ -416,12 +433,11 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
 }
 
 Sprite *ResourceManager::getSprite(std::string label) const {
-  LogManager &log = LogManager::getInstance();
-  log.writeLog(5, "RM::getSprite(): Looking for sprite '%s'.", label.c_str());
-  for (int i = 0; i < m_sprite_count; i++)
-    if (m_p_sprite[i]->getLabel() == label) return m_p_sprite[i].get();
-  log.writeLog("RM::getSprite(): Warning! Sprite '%s' not found.", label.c_str());
-  return nullptr;
+  const std::unique_ptr<Sprite> *p_found =
+      findByLabel(m_p_sprite.data(), m_sprite_count, label,
+                  "RM::getSprite(): Looking for sprite '%s'.",
+                  "RM::getSprite(): Warning! Sprite '%s' not found.");
+  return p_found ? p_found->get() : nullptr;
 }
 
 // ---- sounds and music ------------------------------------------------------------
@@ -449,12 +465,8 @@ int ResourceManager::loadSound(std::string filename, std::string label) {
 }
 
 Sound *ResourceManager::getSound(std::string label) {
-  LogManager &log = LogManager::getInstance();
-  log.writeLog(5, "RM::getSound(): Looking for sound '%s'.", label.c_str());
-  for (int i = 0; i < m_sound_count; i++)
-    if (m_sound[i].getLabel() == label) return &m_sound[i];
-  log.writeLog("RM::getSound(): Warning! Sound '%s' not found.", label.c_str());
-  return nullptr;
+  return findByLabel(m_sound.data(), m_sound_count, label, "RM::getSound(): Looking for sound '%s'.",
+                     "RM::getSound(): Warning! Sound '%s' not found.");
 }
 
 int ResourceManager::loadMusic(std::string filename, std::string label) {
@@ -483,12 +495,8 @@ int ResourceManager::loadMusic(std::string filename, std::string label) {
 }
 
 Music *ResourceManager::getMusic(std::string label) {
-  LogManager &log = LogManager::getInstance();
-  log.writeLog(5, "RM::getMusic(): Looking for music '%s'.", label.c_str());
-  for (int i = 0; i < m_music_count; i++)
-    if (m_music[i].getLabel() == label) return &m_music[i];
-  log.writeLog("RM::getMusic(): Warning! Music '%s' not found.", label.c_str());
-  return nullptr;
+  return findByLabel(m_music.data(), m_music_count, label, "RM::getMusic(): Looking for music '%s'.",
+                     "RM::getMusic(): Warning! Music '%s' not found.");
 }
 
 // ---- sprite file reading ---------------------------------------------------------
