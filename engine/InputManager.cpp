@@ -13,6 +13,7 @@
 #include "DisplayManager.h"
 #include "GameManager.h"
 #include "LogManager.h"
+#include "platform.h"
 
 namespace qv {
 
@@ -350,6 +351,9 @@ bool InputManager::handleEvent(const sf::Event &event) {
       LogManager::getInstance().writeLog(1,
                                          "InputManager::getInput(): Window closed. Setting game over.");
       GameManager::getInstance().setGameOver(true);
+      // Closing the window ends the program, not just the loop that is running
+      // (the splash screen runs a loop of its own before the game's).
+      platform::requestStop();
       return false;
     case sf::Event::KeyPressed:
     case sf::Event::KeyReleased: {

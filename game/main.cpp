@@ -18,8 +18,8 @@ int main() {
   // screen) goes here.
   qv::splash();
 
-  // Ctrl-C during the opening sequence ends the whole program, not just the
-  // sequence: the stop request outlives the splash's loop.
+  // Ctrl-C or closing the window during the opening sequence ends the whole
+  // program, not just the sequence: the stop request outlives the splash's loop.
   if (!qv::platform::stopRequested()) game_manager.run();
   game_manager.shutDown();
   return 0;

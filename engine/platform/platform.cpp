@@ -57,5 +57,7 @@ bool stopRequested() { return g_stop_requested != 0; }
 
 void clearStopRequest() { g_stop_requested = 0; }
 
+void requestStop() { g_stop_requested = 1; }
+
 }  // namespace platform
 }  // namespace qv

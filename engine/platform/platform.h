@@ -27,6 +27,9 @@ int installStopSignals();
 void restoreStopSignals();
 bool stopRequested();
 void clearStopRequest();
+// The same request made from inside the program (the window's close button),
+// so that closing the window during any run of the loop ends the program.
+void requestStop();
 
 }  // namespace platform
 }  // namespace qv

@@ -23,6 +23,7 @@
 #include "GameManager.h"
 #include "InputManager.h"
 #include "LogManager.h"
+#include "platform.h"
 #include "Object.h"
 
 namespace {
@@ -313,6 +314,10 @@ TEST_F(InputManagerTest, ClosingTheWindowEndsTheGame) {
   qv::GameManager::getInstance().setGameOver(false);
   EXPECT_FALSE(input().handleEvent(close));
   EXPECT_TRUE(qv::GameManager::getInstance().getGameOver());
+  // The request outlives the loop that saw it, so a close during the splash
+  // screen also skips the game's loop.
+  EXPECT_TRUE(qv::platform::stopRequested());
+  qv::platform::clearStopRequest();
   EXPECT_TRUE(log->contains("InputManager::getInput(): Window closed. Setting game over."));
   EXPECT_TRUE(recorder->seen.empty());
 
