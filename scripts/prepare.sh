@@ -1,7 +1,9 @@
 # Sourced by play.sh and test.sh: installs what the build needs, then
 # configures and builds everything into build/.
 
-QV_PACKAGES="build-essential g++ cmake libsfml-dev libgtest-dev libbenchmark-dev xvfb xauth"
+# libx11-dev: the input manager reads the keyboard state from X directly;
+# libxtst6: lets the tests press keys on the virtual display.
+QV_PACKAGES="build-essential g++ cmake libsfml-dev libx11-dev libgtest-dev libbenchmark-dev xvfb xauth libxtst6"
 
 qv_install_missing() {
   local missing=()
