@@ -27,23 +27,14 @@ TEST_F(ObjectTest, IdsAndDefaults) {
   EXPECT_EQ(p_b->getId(), p_a->getId() + 1);
   world.markForDelete(p_a);
   world.update();
-  Object *p_c = new Object;
-  EXPECT_EQ(p_c->getId(), p_b->getId() + 1);  // ids are never reused
+  EXPECT_EQ((new Object)->getId(), p_b->getId() + 1);  // ids are never reused
 
   EXPECT_EQ(p_b->getPosition(), Vector(1, 1));
   EXPECT_EQ(p_b->getAltitude(), 2);
   EXPECT_EQ(p_b->getSolidness(), qv::HARD);
-  EXPECT_TRUE(p_b->isActive());
-  EXPECT_TRUE(p_b->isVisible());
-  EXPECT_TRUE(p_b->isSolid());
   EXPECT_EQ(p_b->getType(), "(Undefined)");
   EXPECT_EQ(p_b->getModified(), 0x3FFFFu);
   EXPECT_EQ(p_b->getBox(), Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f));
-  EXPECT_EQ(p_b->getVelocity(), Vector(0, 0));
-  EXPECT_EQ(p_b->getShape().getType(), -1);
-  EXPECT_FALSE(p_b->getNoSoft());
-  EXPECT_FALSE(p_b->getAvoidCollisions());
-  EXPECT_EQ(p_b->getEventCount(), 0);
 }
 
 TEST_F(ObjectTest, SettersRefuseBadValuesAndMarkChanges) {
@@ -53,23 +44,21 @@ TEST_F(ObjectTest, SettersRefuseBadValuesAndMarkChanges) {
   EXPECT_EQ(p.setAltitude(-1), -1);
   EXPECT_TRUE(log->contains("Object::setAltitude(): Altitude 5 not in range [0,4].  Ignored."));
   EXPECT_TRUE(log->contains("Object::setAltitude(): Altitude -1 not in range [0,4].  Ignored."));
-  EXPECT_EQ(p.setAltitude(2), 0);
-  EXPECT_EQ(p.getAltitude(), 2);
   EXPECT_EQ(p.setSolidness(static_cast<qv::Solidness>(3)), -1);
   EXPECT_TRUE(log->contains("Object::setSolidness(): Solidness 3 not one of HARD, SOFT or SPECTRAL."));
+  EXPECT_EQ(p.setSprite("no-such-sprite"), -1);
+  EXPECT_TRUE(log->contains("Object::setSprite(): Warning! Sprite 'no-such-sprite' not found"));
+  EXPECT_EQ(p.getAnimation().getSprite(), nullptr);
   EXPECT_EQ(p.setPosition(Vector(1, 1)), 0);
-  EXPECT_EQ(p.setActive(true), 0);
-  EXPECT_EQ(p.setVisible(true), 0);
   EXPECT_EQ(p.getModified(), 0u);  // nothing changed, nothing marked
 
   p.setVelocity(Vector(3, 4));
   EXPECT_FLOAT_EQ(p.getSpeed(), 5);
   EXPECT_EQ(p.getDirection(), Vector(0.6f, 0.8f));
-  EXPECT_EQ(p.getVelocity(), Vector(3, 4));
   EXPECT_EQ(p.getModified(), unsigned(qv::SPEED | qv::DIRECTION));
   EXPECT_EQ(p.predictPosition(), Vector(4, 5));
   p.setModified(0);
-  p.setDirection(Vector(0, 2));
+  p.setDirection(Vector(0, 2));  // normalised to the same direction: no change
   EXPECT_EQ(p.getDirection(), Vector(0, 1));
   EXPECT_EQ(p.getModified(), 0u);
 
@@ -83,48 +72,35 @@ TEST_F(ObjectTest, SettersRefuseBadValuesAndMarkChanges) {
   p.setAcceleration(Vector(0, 1));
   p.setAvoidCollisions(true);
   p.setNoSoft(true);
-  EXPECT_EQ(p.getModified(), unsigned(qv::ALTITUDE | qv::SOLIDNESS |
-                                      qv::ACTIVE | qv::VISIBLE | qv::TYPE | qv::POSITION |
-                                      qv::BOX | qv::ACCELERATION | qv::AVOID_COLLISIONS |
+  EXPECT_EQ(p.getModified(), unsigned(qv::ALTITUDE | qv::SOLIDNESS | qv::ACTIVE | qv::VISIBLE | qv::TYPE |
+                                      qv::POSITION | qv::BOX | qv::ACCELERATION | qv::AVOID_COLLISIONS |
                                       qv::NO_SOFT));
-  EXPECT_TRUE(p.isModified());
 }
 
-TEST_F(ObjectTest, RegistrationLimitsAndOrder) {
-  Probe p;
-  for (int i = 0; i < qv::INTEREST_MAX; i++)
-    ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
-  EXPECT_EQ(p.registerInterest("e100"), -1);
-  EXPECT_TRUE(log->contains(
-      "Object::registerInterest(): maximum (100) reached, cannot register for event 'e100'"));
-  EXPECT_EQ(p.unregisterInterest("e1"), 0);
-  EXPECT_EQ(p.getEvent(0), "e0");
-  EXPECT_EQ(p.getEvent(1), "e2");
-  EXPECT_EQ(p.registerInterest("e100"), 0);
-  EXPECT_EQ(p.getEvent(99), "e100");
+TEST_F(ObjectTest, RegistrationLimitsOrderAndRouting) {
+  {
+    Probe p;
+    for (int i = 0; i < qv::INTEREST_MAX; i++) ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
+    EXPECT_EQ(p.registerInterest("e100"), -1);
+    EXPECT_TRUE(log->contains(
+        "Object::registerInterest(): maximum (100) reached, cannot register for event 'e100'"));
+    EXPECT_EQ(p.unregisterInterest("e1"), 0);
+    EXPECT_EQ(p.getEvent(1), "e2");
+    EXPECT_EQ(p.registerInterest("e100"), 0);
+    EXPECT_EQ(p.getEvent(99), "e100");
+    EXPECT_EQ(p.unregisterInterest("never"), -1);
+    EXPECT_TRUE(log->contains("Object::unregisterInterest(): event 'never' not previously registered"));
+    // Types the world sends without registration are refused and not stored.
+    p.unregisterInterest("e0");
+    EXPECT_EQ(p.registerInterest("qv-collision"), -1);
+    EXPECT_EQ(p.getEventCount(), 99);
+  }
 
-  EXPECT_EQ(p.unregisterInterest("never"), -1);
-  EXPECT_TRUE(log->contains("Object::unregisterInterest(): event 'never' not previously registered"));
-
-  // Types the world sends without registration are refused and not stored.
-  p.unregisterInterest("e0");
-  p.setModified(0);
-  EXPECT_EQ(p.registerInterest("qv-collision"), -1);
-  EXPECT_EQ(p.getEventCount(), 99);
-  EXPECT_EQ(p.getModified(), 0u);
-}
-
-TEST_F(ObjectTest, RegistrationIsRoutedToTheServingManager) {
   Probe *p_o = new Probe;
-  const struct {
-    const char *type;
-    qv::Manager &manager;
-  } routes[] = {
+  const struct { const char *type; qv::Manager &manager; } routes[] = {
       {"qv-step", qv::GameManager::getInstance()},
       {"qv-keyboard", qv::InputManager::getInstance()},
-      {"qv-mouse", qv::InputManager::getInstance()},
       {"qv-network-create", qv::NetworkManager::getInstance()},
-      {"qv-mouse-network", qv::NetworkManager::getInstance()},
       {"playerturn", world},
       {"qv-path", world},
   };
@@ -140,27 +116,21 @@ TEST_F(ObjectTest, RegistrationIsRoutedToTheServingManager) {
   for (const auto &route : routes) EXPECT_TRUE(route.manager.getInterested(route.type).isEmpty());
 }
 
-TEST_F(ObjectTest, FollowsAPathOneWaypointPerFrame) {
+TEST_F(ObjectTest, FollowsAPathAndAccelerates) {
   Probe *p_o = new Probe(Vector(1, 1));
   qv::Path path;
   path.setNodes({Vector(2, 1), Vector(3, 1), Vector(4, 1)});
-  // The base handler takes a found path and starts following it.
   qv::EventPath found(qv::PATH_FOUND, path);
-  EXPECT_EQ(p_o->eventHandler(&found), 1);
-  EXPECT_TRUE(p_o->getFollowPath());
+  EXPECT_EQ(p_o->eventHandler(&found), 1);  // the base handler starts following
   EXPECT_EQ(p_o->getDirection(), Vector(1, 0));
   p_o->setVelocity(Vector(1, 0));
   for (int frame = 1; frame <= 3; frame++) {
     world.update();
     EXPECT_EQ(p_o->getPosition(), Vector(1.0f + frame, 1)) << "frame " << frame;
-    EXPECT_EQ(p_o->getPath().getIndex(), frame);
   }
   EXPECT_EQ(p_o->getDirection(), Vector(0, 0));
   EXPECT_FALSE(p_o->getFollowPath());
-  world.update();
-  EXPECT_EQ(p_o->getPosition(), Vector(4, 1));
 
-  // A failed search starts nothing; other events are not the base's business.
   qv::EventPath failed;
   EXPECT_EQ(p_o->eventHandler(&failed), 1);
   EXPECT_FALSE(p_o->getFollowPath());
@@ -168,14 +138,9 @@ TEST_F(ObjectTest, FollowsAPathOneWaypointPerFrame) {
   fake_path.setType("qv-path");
   EXPECT_EQ(p_o->eventHandler(&fake_path), 0);
   EXPECT_TRUE(log->contains("Object::eventHandler(): Error! Dynamic cast to EventPath failed."));
-  qv::EventStep step(0);
-  EXPECT_EQ(p_o->eventHandler(&step), 0);
-}
 
-TEST_F(ObjectTest, SnapsToNearWaypointsAndAccelerates) {
-  Probe *p_o = new Probe(Vector(10, 10));
-  qv::Path path;
-  // Both waypoints lie within 0.75 cells (speed 1): both are passed at once.
+  // Waypoints within 0.75 cells (speed 1) are passed at once.
+  p_o->setPosition(Vector(10, 10));
   path.setNodes({Vector(10.5f, 10), Vector(10.5f, 10.7f), Vector(20, 10.7f)});
   p_o->setPath(path);
   p_o->setVelocity(Vector(0, 1));
@@ -187,21 +152,9 @@ TEST_F(ObjectTest, SnapsToNearWaypointsAndAccelerates) {
   Probe *p_car = new Probe(Vector(30, 30));
   p_car->setAcceleration(Vector(0.5f, 0));
   world.update();
-  EXPECT_EQ(p_car->getVelocity(), Vector(0.5f, 0));
   world.update();
   EXPECT_EQ(p_car->getPosition(), Vector(30.5f, 30));
   EXPECT_EQ(p_car->getVelocity(), Vector(1, 0));
-}
-
-TEST_F(ObjectTest, UnknownSpriteLeavesAnimationAndBox) {
-  Probe p;
-  const Box box = p.getBox();
-  p.setModified(0);
-  EXPECT_EQ(p.setSprite("no-such-sprite"), -1);
-  EXPECT_TRUE(log->contains("Object::setSprite(): Warning! Sprite 'no-such-sprite' not found"));
-  EXPECT_EQ(p.getBox(), box);
-  EXPECT_EQ(p.getAnimation().getSprite(), nullptr);
-  EXPECT_EQ(p.getModified(), 0u);
 }
 
 TEST(ObjectOutsideWorld, CreationAndDeletionWithoutAStartedWorld) {
