@@ -14,73 +14,58 @@ namespace {
 class ShapeTest : public qvtest::HudEngineFixture {};
 class ShapeWindowTest : public qvtest::HudWindowFixture {};
 
-ShapeFigure figureOf(int type, float size, Vector pixel = Vector(100, 50)) {
+ShapeFigure figureOf(int type, float size) {
   Shape shape;
   shape.setType(type);
   shape.setSize(size);
-  return shape.figure(pixel);
+  return shape.figure(Vector(100, 50));
 }
 
-// The pixels of a rectangle of the image, row by row.
-std::string pixelsIn(const sf::Image &image, unsigned x0, unsigned y0, unsigned w, unsigned h) {
+// The pixels of an 80 x 80 square of the image, and how many of them are not black.
+std::string pixelsIn(const sf::Image &image, unsigned x0, unsigned y0, int *lit = nullptr) {
   std::string bytes;
-  for (unsigned y = y0; y < y0 + h; y++)
-    for (unsigned x = x0; x < x0 + w; x++) {
+  for (unsigned y = y0; y < y0 + 80; y++)
+    for (unsigned x = x0; x < x0 + 80; x++) {
       const sf::Color c = image.getPixel(x, y);
       bytes += {char(c.r), char(c.g), char(c.b)};
+      if (lit) *lit += c != sf::Color::Black;
     }
   return bytes;
 }
 
-int litPixels(const sf::Image &image, unsigned x0, unsigned y0, unsigned w, unsigned h) {
-  int lit = 0;
-  for (unsigned y = y0; y < y0 + h; y++)
-    for (unsigned x = x0; x < x0 + w; x++) lit += image.getPixel(x, y) != sf::Color::Black;
-  return lit;
-}
-
 }  // namespace
 
-TEST_F(ShapeTest, NewShapeTypesAndDescription) {
+TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
   Shape shape;
-  EXPECT_EQ(shape.getType(), qv::CIRCLE);
-  EXPECT_EQ(shape.getColor(), qv::WHITE);
-  EXPECT_EQ(shape.getAlpha(), 255);
   // Font scale 2.0 times the smaller cell side (12.8 x 32 pixels) in whole pixels.
-  EXPECT_FLOAT_EQ(shape.getSize(), 24);
   EXPECT_EQ(shape.toString(), "circle, size 24.000000, White, 255");
-
   shape.setType(qv::TRIANGLE);
   shape.setType(3);
   shape.setType(-2);
   EXPECT_EQ(shape.getType(), qv::TRIANGLE);
   EXPECT_EQ(log->count("Shape::setType(): Unknown shape type 3. Ignoring."), 1);
   EXPECT_EQ(log->count("Shape::setType(): Unknown shape type -2. Ignoring."), 1);
-  shape.setType(qv::UNDEFINED);
-  EXPECT_EQ(shape.getType(), qv::UNDEFINED);
-
   shape.setType(qv::SQUARE);
   shape.setColor(qv::CUSTOM);
   shape.setAlpha(7);
   shape.setSize(2.5f);
   EXPECT_EQ(shape.toString(), "square, size 2.500000, Unknown color, 7");
   EXPECT_EQ(qv::shapeTypeToString(qv::UNDEFINED), "undefined");
-  EXPECT_EQ(qv::shapeTypeToString(qv::TRIANGLE), "triangle");
   EXPECT_EQ(qv::shapeTypeToString(9), "unknown");
+
+  qv::LogManager::getInstance().setLogLevel(5);
+  shape.setColor(qv::RED);
+  shape.draw(Vector(10, 5));
+  EXPECT_EQ(log->count("Shape::draw(): DisplayManager window not defined."), 1);
+  EXPECT_EQ(shape.getR(), 0);  // never got as far as taking the colour
 }
 
 TEST_F(ShapeTest, FigureOfEachTypeFromItsSize) {
   EXPECT_EQ(figureOf(qv::CIRCLE, 2).points, 3);
-  EXPECT_EQ(figureOf(qv::CIRCLE, 3).points, 3);
   EXPECT_EQ(figureOf(qv::CIRCLE, 7.9f).points, 7);
   EXPECT_EQ(figureOf(qv::CIRCLE, 10).points, 10);
-  EXPECT_EQ(figureOf(qv::CIRCLE, 10.5f).points, 10);
   EXPECT_EQ(figureOf(qv::CIRCLE, 25).points, 10);
-
-  const ShapeFigure circle = figureOf(qv::CIRCLE, 25);
-  EXPECT_FLOAT_EQ(circle.radius, 25);
-  EXPECT_FLOAT_EQ(circle.rotation, 0);
-  EXPECT_EQ(circle.position, Vector(87.5f, 37.5f));
+  EXPECT_EQ(figureOf(qv::CIRCLE, 25).position, Vector(87.5f, 37.5f));
 
   const ShapeFigure square = figureOf(qv::SQUARE, 28);
   EXPECT_EQ(square.points, 4);
@@ -90,18 +75,8 @@ TEST_F(ShapeTest, FigureOfEachTypeFromItsSize) {
 
   const ShapeFigure triangle = figureOf(qv::TRIANGLE, 28);
   EXPECT_EQ(triangle.points, 3);
-  EXPECT_FLOAT_EQ(triangle.radius, 14);
   EXPECT_FLOAT_EQ(triangle.rotation, 0);
   EXPECT_EQ(triangle.position, Vector(86, 36));
-}
-
-TEST_F(ShapeTest, HeadlessDrawOnlyLogs) {
-  qv::LogManager::getInstance().setLogLevel(5);
-  Shape shape;
-  shape.setColor(qv::RED);
-  shape.draw(Vector(10, 5));
-  EXPECT_EQ(log->count("Shape::draw(): DisplayManager window not defined."), 1);
-  EXPECT_EQ(shape.getR(), 0);  // never got as far as taking the colour
 }
 
 TEST_F(ShapeWindowTest, CustomColourKeepsItsComponentsOthersReplaceThem) {
@@ -111,17 +86,11 @@ TEST_F(ShapeWindowTest, CustomColourKeepsItsComponentsOthersReplaceThem) {
   shape.setG(200);
   shape.setB(30);
   shape.draw(Vector(40, 12));
-  EXPECT_EQ(shape.getR(), 10);
-  EXPECT_EQ(shape.getG(), 200);
-  EXPECT_EQ(shape.getB(), 30);
   // A circle of radius 24 whose box starts 12 pixels up and left of (512, 384).
   EXPECT_EQ(grab().getPixel(524, 396), sf::Color(10, 200, 30));
-
   shape.setColor(qv::BLUE);
   shape.draw(Vector(40, 12));
   EXPECT_EQ(shape.getR(), 0);
-  EXPECT_EQ(shape.getG(), 0);
-  EXPECT_EQ(shape.getB(), 255);
   EXPECT_EQ(grab().getPixel(524, 396), sf::Color::Blue);
 }
 
@@ -130,20 +99,19 @@ TEST_F(ShapeWindowTest, CustomColourKeepsItsComponentsOthersReplaceThem) {
 TEST_F(ShapeWindowTest, ACircleOrTriangleDrawnAfterASquareIsNotTurned) {
   qv::DisplayManager &display = qv::DisplayManager::getInstance();
   for (int type : {qv::TRIANGLE, qv::CIRCLE}) {
-    Shape shape;
+    Shape shape, square;
     shape.setType(type);
     shape.setColor(qv::YELLOW);
     shape.draw(Vector(20, 6));  // pixel (256, 192); the figure fits in 60 x 60 around it
-    const std::string alone = pixelsIn(grab(), 220, 160, 80, 80);
+    const std::string alone = pixelsIn(grab(), 220, 160);
     display.swapBuffers();
-
-    Shape square;
     square.setType(qv::SQUARE);
     square.draw(Vector(60, 18));
     shape.draw(Vector(20, 6));
-    const sf::Image after_square = grab();
-    EXPECT_GT(litPixels(after_square, 740, 540, 80, 80), 50) << "the square was drawn";
-    EXPECT_EQ(pixelsIn(after_square, 220, 160, 80, 80), alone) << "type " << type;
+    int lit = 0;
+    pixelsIn(grab(), 740, 540, &lit);
+    EXPECT_GT(lit, 50) << "the square was drawn";
+    EXPECT_EQ(pixelsIn(grab(), 220, 160), alone) << "type " << type;
     display.swapBuffers();
   }
 }
@@ -153,8 +121,9 @@ TEST_F(ShapeWindowTest, ObjectsShowAShapeOnlyOnceGivenOne) {
   p_o->setPosition(Vector(10, 5));
   EXPECT_EQ(p_o->getShape().getType(), qv::UNDEFINED);
   p_o->draw();
-  EXPECT_EQ(litPixels(grab(), 90, 130, 80, 80), 0);
-
+  int lit = 0;
+  pixelsIn(grab(), 90, 130, &lit);
+  EXPECT_EQ(lit, 0);
   Shape shape;
   shape.setColor(qv::GREEN);
   p_o->setShape(shape);
