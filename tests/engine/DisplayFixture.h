@@ -16,6 +16,15 @@
 
 namespace qvtest {
 
+// The pixels drawn since the last swap (the window's back buffer).
+inline sf::Image grabWindow() {
+  sf::RenderWindow *window = qv::DisplayManager::getInstance().getWindow();
+  sf::Texture texture;
+  texture.create(window->getSize().x, window->getSize().y);
+  texture.update(*window);
+  return texture.copyToImage();
+}
+
 // Starts only the log and the display manager. The default is a small real
 // window of 24 x 8 cells of 20 x 30 pixels; tests that need a window are skipped when there is no X
 // display. The world's view is put back at the origin before and after.
@@ -56,14 +65,7 @@ class DisplayFixture : public ::testing::Test {
     qv::WorldManager::getInstance().setView(qv::Box(qv::Vector(0, 0), 24, 8));
   }
 
-  // The pixels drawn since the last swap (the window's back buffer).
-  static sf::Image grab() {
-    sf::RenderWindow *window = qv::DisplayManager::getInstance().getWindow();
-    sf::Texture texture;
-    texture.create(window->getSize().x, window->getSize().y);
-    texture.update(*window);
-    return texture.copyToImage();
-  }
+  static sf::Image grab() { return grabWindow(); }
 
   std::unique_ptr<LogCapture> log;
   int started = -1;  // what startUp returned

@@ -4,9 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include <SFML/Graphics.hpp>
-
-#include "DisplayManager.h"
+#include "DisplayFixture.h"
 #include "EngineFixture.h"
 
 namespace qvtest {
@@ -35,14 +33,7 @@ class HudWindowFixture : public EngineFixture {
         static_cast<std::size_t>(y) * 81, 80);
   }
 
-  // The pixels drawn since the last swap (the window's back buffer).
-  static sf::Image grab() {
-    sf::RenderWindow *window = qv::DisplayManager::getInstance().getWindow();
-    sf::Texture texture;
-    texture.create(window->getSize().x, window->getSize().y);
-    texture.update(*window);
-    return texture.copyToImage();
-  }
+  static sf::Image grab() { return grabWindow(); }
 };
 
 }  // namespace qvtest
