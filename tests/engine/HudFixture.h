@@ -1,9 +1,6 @@
 #ifndef QV_TEST_HUD_FIXTURE_H
 #define QV_TEST_HUD_FIXTURE_H
 
-#include <cstdlib>
-#include <string>
-
 #include "DisplayFixture.h"
 #include "EngineFixture.h"
 

@@ -50,7 +50,6 @@ TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
   shape.setAlpha(7);
   shape.setSize(2.5f);
   EXPECT_EQ(shape.toString(), "square, size 2.500000, Unknown color, 7");
-  EXPECT_EQ(qv::shapeTypeToString(qv::UNDEFINED), "undefined");
   EXPECT_EQ(qv::shapeTypeToString(9), "unknown");
 
   qv::LogManager::getInstance().setLogLevel(5);
@@ -63,7 +62,6 @@ TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
 TEST_F(ShapeTest, FigureOfEachTypeFromItsSize) {
   EXPECT_EQ(figureOf(qv::CIRCLE, 2).points, 3);
   EXPECT_EQ(figureOf(qv::CIRCLE, 7.9f).points, 7);
-  EXPECT_EQ(figureOf(qv::CIRCLE, 10).points, 10);
   EXPECT_EQ(figureOf(qv::CIRCLE, 25).points, 10);
   EXPECT_EQ(figureOf(qv::CIRCLE, 25).position, Vector(87.5f, 37.5f));
 
