@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -71,11 +72,7 @@ class Probe : public qv::Object {
     if (on_draw) on_draw(this);
     return 0;
   }
-  int count(const std::string &type) const {
-    int n = 0;
-    for (const std::string &t : seen) n += t == type;
-    return n;
-  }
+  int count(const std::string &type) const { return static_cast<int>(std::count(seen.begin(), seen.end(), type)); }
 
   std::vector<std::string> seen;                      // event types, in arrival order
   std::vector<qv::EventCollision> collisions;         // copies of collision events
