@@ -19,7 +19,9 @@ int setHandler(void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   sigemptyset(&action.sa_mask);
-  action.sa_flags = 0;
+  // Restart interrupted reads and writes (the window system's among them), so
+  // a stop request never surfaces as an I/O error somewhere else.
+  action.sa_flags = SA_RESTART;
   int result = 0;
   for (int sig : {SIGINT, SIGTERM})
     if (sigaction(sig, &action, nullptr) != 0) result = -1;
