@@ -7,9 +7,9 @@
 #include <fstream>
 #include <string>
 
-#include "Config.h"
-#include "DisplayManager.h"
-#include "WorldManager.h"
+#include "core/Config.h"
+#include "graphics/DisplayManager.h"
+#include "world/WorldManager.h"
 
 namespace {
 

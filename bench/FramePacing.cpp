@@ -14,11 +14,11 @@
 #include <string>
 #include <vector>
 
-#include "EventStep.h"
-#include "FramePacing.h"
-#include "GameManager.h"
-#include "Object.h"
-#include "platform.h"
+#include "core/EventStep.h"
+#include "core/FramePacing.h"
+#include "core/GameManager.h"
+#include "world/Object.h"
+#include "platform/platform.h"
 
 namespace {
 

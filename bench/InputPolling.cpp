@@ -11,7 +11,7 @@
 #include <SFML/Window/Mouse.hpp>
 #include <SFML/Window/Window.hpp>
 
-#include "InputManager.h"
+#include "input/InputManager.h"
 
 // Each key asked of the window library in turn.
 static void BM_HeldKeysPolled(benchmark::State &state) {

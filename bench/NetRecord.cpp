@@ -2,9 +2,9 @@
 
 #include <sstream>
 
-#include "Object.h"
-#include "TextBox.h"
-#include "WorldManager.h"
+#include "world/Object.h"
+#include "graphics/TextBox.h"
+#include "world/WorldManager.h"
 
 namespace {
 

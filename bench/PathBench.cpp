@@ -10,11 +10,11 @@
 #include <cstdlib>
 #include <new>
 
-#include "EventPath.h"
-#include "Object.h"
-#include "PathFind.h"
-#include "PathManager.h"
-#include "WorldManager.h"
+#include "path/EventPath.h"
+#include "world/Object.h"
+#include "path/PathFind.h"
+#include "path/PathManager.h"
+#include "world/WorldManager.h"
 
 // Every allocation of the benchmark program passes through here and is
 // counted, so a benchmark can tell how many a piece of code made.

@@ -6,12 +6,12 @@
 #include <cstdlib>
 #include <vector>
 
-#include "EventCollision.h"
-#include "EventOut.h"
-#include "Grid.h"
-#include "LogManager.h"
-#include "Object.h"
-#include "WorldManager.h"
+#include "world/EventCollision.h"
+#include "world/EventOut.h"
+#include "world/Grid.h"
+#include "core/LogManager.h"
+#include "world/Object.h"
+#include "world/WorldManager.h"
 
 namespace {
 

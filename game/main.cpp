@@ -1,10 +1,10 @@
 // Program entry: start the engine, let the game set itself up, run the frame
 // loop until game over, shut down. Exit status 1 when the engine cannot start.
 
-#include "GameManager.h"
-#include "LogManager.h"
-#include "Splash.h"
-#include "platform.h"
+#include "core/GameManager.h"
+#include "core/LogManager.h"
+#include "graphics/Splash.h"
+#include "platform/platform.h"
 
 int main() {
   qv::GameManager &game_manager = qv::GameManager::getInstance();

@@ -17,9 +17,9 @@
 #include <string>
 #include <vector>
 
-#include "LogManager.h"
-#include "ResourceManager.h"
-#include "utility.h"
+#include "core/LogManager.h"
+#include "resources/ResourceManager.h"
+#include "core/utility.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "EngineFixture.h"
 
-#include "GameManager.h"
-#include "LogManager.h"
-#include "platform.h"
+#include "core/GameManager.h"
+#include "core/LogManager.h"
+#include "platform/platform.h"
 
 namespace qvtest {
 

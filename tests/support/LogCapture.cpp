@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "LogManager.h"
+#include "core/LogManager.h"
 
 namespace qvtest {
 

@@ -1,7 +1,0 @@
-#include "EventOut.h"
-
-namespace qv {
-
-EventOut::EventOut() { setType(OUT_EVENT); }
-
-}  // namespace qv

@@ -1,0 +1,397 @@
+#include "graphics/DisplayManager.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <locale>
+#include <new>
+
+#include <SFML/Graphics.hpp>
+
+#include "core/Config.h"
+#include "core/LogManager.h"
+#include "platform/platform.h"
+
+namespace qv {
+
+namespace {
+
+// SFML aborts the process when it cannot reach the X server, so the server
+// is reached first and an unreachable one reported as a failed window. The
+// connection is held until the window exists: SFML opens and closes its own
+// connections during start-up, and a server that sees its last client leave
+// resets and turns the next one away (Xvfb does, between tests). Xlib is
+// already loaded with SFML's window module; it is looked up rather than
+// linked so the engine names no window-system library of its own.
+class XConnection {
+ public:
+  XConnection() {
+    const char *display = std::getenv("DISPLAY");
+    if (display == nullptr || display[0] == '\0') {
+      m_reason = "DISPLAY is not set";
+      return;
+    }
+    const auto open_display = reinterpret_cast<void *(*)(const char *)>(
+        dlsym(RTLD_DEFAULT, "XOpenDisplay"));
+    m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
+    if (open_display == nullptr || m_close_display == nullptr) {
+      m_reachable = true;  // no Xlib to ask: let SFML try
+      return;
+    }
+    // A resetting server answers again within milliseconds.
+    for (int attempt = 0; attempt < 10 && m_connection == nullptr; attempt++) {
+      if (attempt > 0)
+        platform::sleepMilliseconds(20);
+      m_connection = open_display(display);
+    }
+    m_reachable = m_connection != nullptr;
+    if (!m_reachable)
+      m_reason = "the X display cannot be reached";
+  }
+  ~XConnection() {
+    if (m_connection != nullptr)
+      m_close_display(m_connection);
+  }
+  XConnection(const XConnection &) = delete;
+  XConnection &operator=(const XConnection &) = delete;
+
+  bool reachable() const { return m_reachable; }
+  const char *reason() const { return m_reason; }
+
+ private:
+  void *m_connection = nullptr;
+  int (*m_close_display)(void *) = nullptr;
+  bool m_reachable = false;
+  const char *m_reason = "";
+};
+
+// A grid needs at least one cell each way: the cell size divides by it.
+int checkedCells(const char *where, const char *axis, int cells, int fallback) {
+  if (cells >= 1)
+    return cells;
+  LogManager::getInstance().writeLog("%s: Error! %d cells %s is no grid; using %d instead.", where,
+                                     cells, axis, fallback);
+  return fallback;
+}
+
+// A configured window size of 0 takes the desktop's; a negative one, which
+// no window can have, does too after a log line.
+int windowPixels(int configured, const char *axis, unsigned int desktop) {
+  if (configured > 0)
+    return configured;
+  if (configured < 0)
+    LogManager::getInstance().writeLog(
+        "DisplayManager::startUp(): Error! %d pixels %s is no window size; using the desktop's %u.",
+        configured, axis, desktop);
+  return static_cast<int>(desktop);
+}
+
+}  // namespace
+
+DisplayManager::DisplayManager()
+    : m_window_horizontal_pixels(1024),
+      m_window_vertical_pixels(768),
+      m_window_horizontal_chars(80),
+      m_window_vertical_chars(24),
+      m_p_font(new sf::Font()),
+      m_window_background_color(sf::Color::Black),
+      m_screen_columns(0),
+      m_screen_rows(0) {
+  setType("DisplayManager");
+}
+
+DisplayManager::~DisplayManager() = default;
+
+DisplayManager &DisplayManager::getInstance() {
+  static DisplayManager display_manager;
+  return display_manager;
+}
+
+int DisplayManager::startUp() {
+  LogManager &log = LogManager::getInstance();
+  if (isStarted()) {
+    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
+                 getType().c_str());
+    return -1;
+  }
+
+  const Config &config = Config::getInstance();
+  m_window_horizontal_pixels = config.getWindowHorizontalPixels();
+  m_window_vertical_pixels = config.getWindowVerticalPixels();
+  m_window_horizontal_chars = checkedCells("DisplayManager::startUp()", "across",
+                                           config.getWindowHorizontalChars(), 80);
+  m_window_vertical_chars = checkedCells("DisplayManager::startUp()", "down",
+                                         config.getWindowVerticalChars(), 24);
+  m_window_background_color = colorToSFML(static_cast<Color>(config.getWindowBackgroundColor()));
+  resizeScreen();
+
+  if (config.getHeadless()) {
+    log.writeLog(1, "DisplayManager::startUp(): no graphics in headless mode.");
+    Manager::startUp();
+    log.writeLog(5, "DisplayManager::startUp(): successfully started.");
+    return 0;
+  }
+
+  const XConnection x_server;
+  if (!x_server.reachable()) {
+    log.writeLog("DisplayManager::startUp(): Error! No window system: %s.", x_server.reason());
+    log.writeLog("DisplayManager::startUp(): Unable to allocate window!");
+    return -1;
+  }
+
+  const sf::VideoMode desktop = sf::VideoMode::getDesktopMode();
+  log.writeLog(5, "DisplayManager::startUp(): window resolution (%d, %d) pixels.",
+               static_cast<int>(desktop.width), static_cast<int>(desktop.height));
+  m_window_horizontal_pixels = windowPixels(m_window_horizontal_pixels, "across", desktop.width);
+  m_window_vertical_pixels = windowPixels(m_window_vertical_pixels, "down", desktop.height);
+
+  // SFML 2 has no separate window state: full screen is one more style bit.
+  sf::Uint32 style = static_cast<sf::Uint32>(config.getWindowStyle());
+  if (config.getWindowState() != 0)
+    style |= sf::Style::Fullscreen;
+  const sf::VideoMode mode(static_cast<unsigned int>(m_window_horizontal_pixels),
+                           static_cast<unsigned int>(m_window_vertical_pixels), 32);
+  m_p_window.reset(new (std::nothrow) sf::RenderWindow(
+      mode, sf::String(config.getWindowTitle(), std::locale()), style, sf::ContextSettings()));
+  if (!m_p_window || !m_p_window->isOpen()) {
+    m_p_window.reset();
+    log.writeLog("DisplayManager::startUp(): Unable to allocate window!");
+    return -1;
+  }
+  m_p_window->setMouseCursorVisible(config.getShowMouse());
+  m_p_window->setVerticalSyncEnabled(true);
+
+  const std::string font_file = config.getFontFile();
+  if (!m_p_font->loadFromFile(font_file)) {
+    log.writeLog("DisplayManager::startUp(): Error! Unable to open font from file '%s'.",
+                 font_file.c_str());
+    return -1;
+  }
+
+  if (!makeCellRectangle()) {
+    log.writeLog("DisplayManager::startUp(): Error! Unable to allocate rectangle.");
+    return -1;
+  }
+
+  m_p_text.reset(new (std::nothrow) sf::Text("", *m_p_font, 30));
+  if (!m_p_text) {
+    log.writeLog("DisplayManager::startUp(): Error! Unable to allocate text.");
+    return -1;
+  }
+  m_p_text->setFont(*m_p_font);
+  m_p_text->setStyle(sf::Text::Bold);
+  const float size = config.getFontScale() * std::min(charWidth(), charHeight());
+  m_p_text->setCharacterSize(size > 0 ? static_cast<unsigned int>(size) : 0u);
+
+  m_p_window->clear(m_window_background_color);
+  Manager::startUp();
+  log.writeLog(5, "DisplayManager::startUp(): successfully started.");
+  return 0;
+}
+
+void DisplayManager::shutDown() {
+  if (m_p_window) {
+    m_p_window->close();
+    m_p_window.reset();
+  }
+  m_p_text.reset();
+  m_p_rectangle.reset();
+  Manager::shutDown();
+  LogManager::getInstance().writeLog(5, "DisplayManager::shutDown(): successfully stopped.");
+}
+
+int DisplayManager::drawChar(Vector world_pos, char ch, Color color, float angle) {
+  if (Config::getInstance().getHeadless())
+    return -1;
+  // CUSTOM and unknown colours have no components of their own: they draw
+  // in white, as colorToSFML shows them.
+  unsigned char r = 255, g = 255, b = 255;
+  colorToRGB(color, r, g, b);
+  return drawChar(world_pos, ch, r, g, b, angle);
+}
+
+int DisplayManager::drawChar(Vector world_pos, char ch, unsigned char r, unsigned char g,
+                             unsigned char b, float angle) {
+  if (!isStarted()) {
+    LogManager::getInstance().writeLog("%s not started!", getType().c_str());
+    return -1;
+  }
+  if (!m_p_window)
+    return -1;
+
+  const Vector view_pos = worldToView(world_pos);
+  const Vector pixel = spacesToPixels(view_pos);
+
+  m_p_rectangle->setPosition(pixel.getX() - charWidth() / 10, pixel.getY() + charHeight() / 5);
+  m_p_rectangle->setRotation(angle);
+  m_p_window->draw(*m_p_rectangle);
+
+  // One character fits sf::String's small-string buffer: nothing is allocated.
+  m_p_text->setString(sf::String(ch, std::locale()));
+  m_p_text->setPosition(pixel.getX(), pixel.getY());
+  m_p_text->setFillColor(sf::Color(r, g, b, 255));
+  m_p_text->setRotation(angle);
+  m_p_window->draw(*m_p_text);
+
+  record(view_pos, ch, r, g, b);
+  return 0;
+}
+
+int DisplayManager::drawString(Vector world_pos, std::string str, Justification just,
+                               Color color) {
+  if (!isStarted()) {
+    LogManager::getInstance().writeLog("%s not started!", getType().c_str());
+    return -1;
+  }
+  if (Config::getInstance().getHeadless() || !m_p_window)
+    return -1;
+
+  const int length = static_cast<int>(str.size());
+  Vector start = world_pos;
+  if (just == CENTER_JUSTIFIED)
+    start.setX(start.getX() - static_cast<float>(length / 2));
+  else if (just == RIGHT_JUSTIFIED)
+    start.setX(start.getX() - static_cast<float>(length));
+
+  unsigned char r = 255, g = 255, b = 255;
+  colorToRGB(color, r, g, b);
+  for (int i = 0; i < length; i++)
+    drawChar(Vector(start.getX() + i, start.getY()), str[static_cast<std::size_t>(i)], r, g, b, 0);
+  return 0;
+}
+
+int DisplayManager::swapBuffers() {
+  if (!isStarted()) {
+    LogManager::getInstance().writeLog("%s not started!", getType().c_str());
+    return -1;
+  }
+  if (!m_p_window)
+    return -1;
+  m_p_window->display();
+  m_p_window->clear(m_window_background_color);
+
+  // The text view follows the pixels: the drawn frame is now the shown one,
+  // and the back buffer starts blank again, reusing the old front's storage.
+  m_front_cells.swap(m_back_cells);
+  std::fill(m_back_cells.begin(), m_back_cells.end(), blankCell());
+  return 0;
+}
+
+void DisplayManager::setHorizontalChars(int new_horizontal_chars) {
+  m_window_horizontal_chars = checkedCells("DisplayManager::setHorizontalChars()", "across",
+                                           new_horizontal_chars, m_window_horizontal_chars);
+  if (m_p_rectangle)
+    makeCellRectangle();
+  resizeScreen();
+}
+
+void DisplayManager::setVerticalChars(int new_vertical_chars) {
+  m_window_vertical_chars = checkedCells("DisplayManager::setVerticalChars()", "down",
+                                         new_vertical_chars, m_window_vertical_chars);
+  if (m_p_rectangle)
+    makeCellRectangle();
+  resizeScreen();
+}
+
+int DisplayManager::getHorizontalChars() const { return m_window_horizontal_chars; }
+int DisplayManager::getVerticalChars() const { return m_window_vertical_chars; }
+int DisplayManager::getHorizontalPixels() const { return m_window_horizontal_pixels; }
+int DisplayManager::getVerticalPixels() const { return m_window_vertical_pixels; }
+sf::RenderWindow *DisplayManager::getWindow() const { return m_p_window.get(); }
+
+std::string DisplayManager::screenText() const { return gridText(m_back_cells); }
+std::string DisplayManager::shownText() const { return gridText(m_front_cells); }
+
+DisplayManager::Cell DisplayManager::screenCell(int x, int y) const {
+  if (x < 0 || y < 0 || x >= m_screen_columns || y >= m_screen_rows)
+    return blankCell();
+  return m_back_cells[static_cast<std::size_t>(y * m_screen_columns + x)];
+}
+
+char DisplayManager::screenChar(int x, int y) const { return screenCell(x, y).ch; }
+
+Color DisplayManager::screenColor(int x, int y) const {
+  const Cell cell = screenCell(x, y);
+  for (int c = BLACK; c <= WHITE; c++) {
+    unsigned char r = 0, g = 0, b = 0;
+    colorToRGB(static_cast<Color>(c), r, g, b);
+    if (r == cell.r && g == cell.g && b == cell.b)
+      return static_cast<Color>(c);
+  }
+  return CUSTOM;
+}
+
+bool DisplayManager::makeCellRectangle() {
+  m_p_rectangle.reset(new (std::nothrow) sf::RectangleShape(sf::Vector2f(charWidth(), charHeight())));
+  if (!m_p_rectangle)
+    return false;
+  m_p_rectangle->setFillColor(m_window_background_color);
+  return true;
+}
+
+DisplayManager::Cell DisplayManager::blankCell() const {
+  return Cell{' ', m_window_background_color.r, m_window_background_color.g,
+              m_window_background_color.b};
+}
+
+void DisplayManager::resizeScreen() {
+  m_screen_columns = m_window_horizontal_chars;
+  m_screen_rows = m_window_vertical_chars;
+  const std::size_t count =
+      static_cast<std::size_t>(m_screen_columns) * static_cast<std::size_t>(m_screen_rows);
+  m_back_cells.assign(count, blankCell());
+  m_front_cells.assign(count, blankCell());
+}
+
+void DisplayManager::record(Vector view_pos, char ch, unsigned char r, unsigned char g,
+                            unsigned char b) {
+  // The cell holding the character's top-left corner; the comparisons run on
+  // floats first so positions far off screen never reach an int conversion.
+  const float x = view_pos.getX();
+  const float y = view_pos.getY();
+  if (!(x >= 0 && y >= 0 && x < m_screen_columns && y < m_screen_rows))
+    return;
+  const std::size_t index = static_cast<std::size_t>(static_cast<int>(y) * m_screen_columns +
+                                                     static_cast<int>(x));
+  m_back_cells[index] = Cell{ch, r, g, b};
+}
+
+std::string DisplayManager::gridText(const std::vector<Cell> &cells) const {
+  std::string text;
+  text.reserve(cells.size() + static_cast<std::size_t>(m_screen_rows));
+  for (int y = 0; y < m_screen_rows; y++) {
+    for (int x = 0; x < m_screen_columns; x++)
+      text += cells[static_cast<std::size_t>(y * m_screen_columns + x)].ch;
+    text += '\n';
+  }
+  return text;
+}
+
+float charWidth() {
+  const DisplayManager &display = DisplayManager::getInstance();
+  return static_cast<float>(display.getHorizontalPixels()) /
+         static_cast<float>(display.getHorizontalChars());
+}
+
+float charHeight() {
+  const DisplayManager &display = DisplayManager::getInstance();
+  return static_cast<float>(display.getVerticalPixels()) /
+         static_cast<float>(display.getVerticalChars());
+}
+
+Vector spacesToPixels(Vector spaces) {
+  const Vector pixels(spaces.getX() * charWidth(), spaces.getY() * charHeight());
+  LogManager::getInstance().writeLog(30, "spacesToPixels(int): spaces (%.2f,%.2f) = pixels (%.2f,%.2f)",
+                                     spaces.getX(), spaces.getY(), pixels.getX(), pixels.getY());
+  return pixels;
+}
+
+Vector pixelsToSpaces(Vector pixels) {
+  const Vector spaces(pixels.getX() / charWidth(), pixels.getY() / charHeight());
+  LogManager::getInstance().writeLog(30, "pixelsToSpaces(): pixels (%.2f,%.2f) = spaces (%.2f,%.2f)",
+                                     pixels.getX(), pixels.getY(), spaces.getX(), spaces.getY());
+  return spaces;
+}
+
+}  // namespace qv

@@ -1,0 +1,7 @@
+#include "world/EventOut.h"
+
+namespace qv {
+
+EventOut::EventOut() { setType(OUT_EVENT); }
+
+}  // namespace qv

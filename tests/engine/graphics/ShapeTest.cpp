@@ -1,0 +1,131 @@
+#include <string>
+
+#include "HudFixture.h"
+#include "core/LogManager.h"
+#include "world/Object.h"
+#include "graphics/Shape.h"
+
+using qv::Shape;
+using qv::ShapeFigure;
+using qv::Vector;
+
+namespace {
+
+class ShapeTest : public qvtest::HudEngineFixture {};
+class ShapeWindowTest : public qvtest::HudWindowFixture {};
+
+ShapeFigure figureOf(int type, float size) {
+  Shape shape;
+  shape.setType(type);
+  shape.setSize(size);
+  return shape.figure(Vector(100, 50));
+}
+
+// The pixels of an 80 x 80 square of the image, and how many of them are not black.
+std::string pixelsIn(const sf::Image &image, unsigned x0, unsigned y0, int *lit = nullptr) {
+  std::string bytes;
+  for (unsigned y = y0; y < y0 + 80; y++)
+    for (unsigned x = x0; x < x0 + 80; x++) {
+      const sf::Color c = image.getPixel(x, y);
+      bytes += {char(c.r), char(c.g), char(c.b)};
+      if (lit) *lit += c != sf::Color::Black;
+    }
+  return bytes;
+}
+
+}  // namespace
+
+TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
+  Shape shape;
+  // Font scale 2.0 times the smaller cell side (12.8 x 32 pixels) in whole pixels.
+  EXPECT_EQ(shape.toString(), "circle, size 24.000000, White, 255");
+  shape.setType(qv::TRIANGLE);
+  shape.setType(3);
+  shape.setType(-2);
+  EXPECT_EQ(shape.getType(), qv::TRIANGLE);
+  EXPECT_EQ(log->count("Shape::setType(): Unknown shape type 3. Ignoring."), 1);
+  EXPECT_EQ(log->count("Shape::setType(): Unknown shape type -2. Ignoring."), 1);
+  shape.setType(qv::SQUARE);
+  shape.setColor(qv::CUSTOM);
+  shape.setAlpha(7);
+  shape.setSize(2.5f);
+  EXPECT_EQ(shape.toString(), "square, size 2.500000, Unknown color, 7");
+  EXPECT_EQ(qv::shapeTypeToString(9), "unknown");
+
+  qv::LogManager::getInstance().setLogLevel(5);
+  shape.setColor(qv::RED);
+  shape.draw(Vector(10, 5));
+  EXPECT_EQ(log->count("Shape::draw(): DisplayManager window not defined."), 1);
+  EXPECT_EQ(shape.getR(), 0);  // never got as far as taking the colour
+}
+
+TEST_F(ShapeTest, FigureOfEachTypeFromItsSize) {
+  EXPECT_EQ(figureOf(qv::CIRCLE, 2).points, 3);
+  EXPECT_EQ(figureOf(qv::CIRCLE, 7.9f).points, 7);
+  EXPECT_EQ(figureOf(qv::CIRCLE, 25).points, 10);
+  EXPECT_EQ(figureOf(qv::CIRCLE, 25).position, Vector(87.5f, 37.5f));
+
+  const ShapeFigure square = figureOf(qv::SQUARE, 28);
+  EXPECT_EQ(square.points, 4);
+  EXPECT_FLOAT_EQ(square.radius, 14);  // size / font scale
+  EXPECT_FLOAT_EQ(square.rotation, 45);
+  EXPECT_EQ(square.position, Vector(114, 34));  // (x + 14, y - 28 / 1.75)
+
+  const ShapeFigure triangle = figureOf(qv::TRIANGLE, 28);
+  EXPECT_EQ(triangle.points, 3);
+  EXPECT_FLOAT_EQ(triangle.rotation, 0);
+  EXPECT_EQ(triangle.position, Vector(86, 36));
+}
+
+TEST_F(ShapeWindowTest, CustomColourKeepsItsComponentsOthersReplaceThem) {
+  Shape shape;
+  shape.setColor(qv::CUSTOM);
+  shape.setR(10);
+  shape.setG(200);
+  shape.setB(30);
+  shape.draw(Vector(40, 12));
+  // A circle of radius 24 whose box starts 12 pixels up and left of (512, 384).
+  EXPECT_EQ(grab().getPixel(524, 396), sf::Color(10, 200, 30));
+  shape.setColor(qv::BLUE);
+  shape.draw(Vector(40, 12));
+  EXPECT_EQ(shape.getR(), 0);
+  EXPECT_EQ(grab().getPixel(524, 396), sf::Color::Blue);
+}
+
+// Each figure sets its own rotation: what an earlier square left on the
+// shared figure must not turn a later triangle or circle.
+TEST_F(ShapeWindowTest, ACircleOrTriangleDrawnAfterASquareIsNotTurned) {
+  qv::DisplayManager &display = qv::DisplayManager::getInstance();
+  for (int type : {qv::TRIANGLE, qv::CIRCLE}) {
+    Shape shape, square;
+    shape.setType(type);
+    shape.setColor(qv::YELLOW);
+    shape.draw(Vector(20, 6));  // pixel (256, 192); the figure fits in 60 x 60 around it
+    const std::string alone = pixelsIn(grab(), 220, 160);
+    display.swapBuffers();
+    square.setType(qv::SQUARE);
+    square.draw(Vector(60, 18));
+    shape.draw(Vector(20, 6));
+    int lit = 0;
+    pixelsIn(grab(), 740, 540, &lit);
+    EXPECT_GT(lit, 50) << "the square was drawn";
+    EXPECT_EQ(pixelsIn(grab(), 220, 160), alone) << "type " << type;
+    display.swapBuffers();
+  }
+}
+
+TEST_F(ShapeWindowTest, ObjectsShowAShapeOnlyOnceGivenOne) {
+  auto *p_o = new qv::Object;
+  p_o->setPosition(Vector(10, 5));
+  EXPECT_EQ(p_o->getShape().getType(), qv::UNDEFINED);
+  p_o->draw();
+  int lit = 0;
+  pixelsIn(grab(), 90, 130, &lit);
+  EXPECT_EQ(lit, 0);
+  Shape shape;
+  shape.setColor(qv::GREEN);
+  p_o->setShape(shape);
+  p_o->draw();
+  // Centred 12 pixels right and below the position's pixel (128, 160).
+  EXPECT_EQ(grab().getPixel(140, 172), sf::Color::Green);
+}
