@@ -5,6 +5,7 @@ set -eo pipefail
 cd "$(dirname "$0")"
 . scripts/prepare.sh
 qv_install_missing
+qv_check_format
 qv_build
 cd build
 # A random starting server number keeps parallel runs on one machine from

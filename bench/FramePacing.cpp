@@ -3,6 +3,8 @@
 // frame. Reports the mean and 99th-percentile frame length and the process's
 // CPU use over the run (the loop should sleep, not spin).
 
+#include "core/FramePacing.h"
+
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -15,10 +17,9 @@
 #include <vector>
 
 #include "core/EventStep.h"
-#include "core/FramePacing.h"
 #include "core/GameManager.h"
-#include "world/Object.h"
 #include "platform/platform.h"
+#include "world/Object.h"
 
 namespace {
 
@@ -34,8 +35,7 @@ class FrameStamper : public qv::Object {
   int eventHandler(const qv::Event *p_e) override {
     if (p_e->getType() != "qv-step") return 0;
     m_p_stamps->push_back(qv::platform::monotonicMicroseconds());
-    if (static_cast<int>(m_p_stamps->size()) > FRAMES)
-      qv::GameManager::getInstance().setGameOver();
+    if (static_cast<int>(m_p_stamps->size()) > FRAMES) qv::GameManager::getInstance().setGameOver();
     return 1;
   }
 
@@ -54,8 +54,8 @@ void BM_FrameLoopPacing(benchmark::State &state) {
   namespace fs = std::filesystem;
   fs::path dir = fs::temp_directory_path() / "quorvelle-bench-pacing";
   fs::create_directories(dir);
-  std::ofstream(dir / "qv-config.txt") << "headless:true,networking:false,frame_time:"
-                                       << state.range(0) << ",\n";
+  std::ofstream(dir / "qv-config.txt")
+      << "headless:true,networking:false,frame_time:" << state.range(0) << ",\n";
   setenv("QUORVELLE_CONFIG", (dir / "qv-config.txt").c_str(), 1);
   setenv("QUORVELLE_LOG", (dir / "bench.log").c_str(), 1);
   qv::GameManager &game = qv::GameManager::getInstance();

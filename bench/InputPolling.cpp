@@ -5,11 +5,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-
 #include <SFML/Window/Keyboard.hpp>
 #include <SFML/Window/Mouse.hpp>
 #include <SFML/Window/Window.hpp>
+#include <cstdlib>
 
 #include "input/InputManager.h"
 

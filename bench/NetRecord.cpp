@@ -2,8 +2,8 @@
 
 #include <sstream>
 
-#include "world/Object.h"
 #include "graphics/TextBox.h"
+#include "world/Object.h"
 #include "world/WorldManager.h"
 
 namespace {

@@ -11,9 +11,9 @@
 #include <new>
 
 #include "path/EventPath.h"
-#include "world/Object.h"
 #include "path/PathFind.h"
 #include "path/PathManager.h"
+#include "world/Object.h"
 #include "world/WorldManager.h"
 
 // Every allocation of the benchmark program passes through here and is
@@ -31,8 +31,12 @@ void *operator new(std::size_t size) {
 // malloc, and would warn about every free below.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void operator delete(void *p) noexcept { std::free(p); }
-void operator delete(void *p, std::size_t) noexcept { std::free(p); }
+void operator delete(void *p) noexcept {
+  std::free(p);
+}
+void operator delete(void *p, std::size_t) noexcept {
+  std::free(p);
+}
 #pragma GCC diagnostic pop
 
 namespace {
@@ -49,7 +53,8 @@ qv::Object *buildWorld(bool wall) {
   world.startUp();
   world.setBoundary(qv::Box(qv::Vector(0, 0), COLUMNS, ROWS));
   if (wall)
-    for (int y = 0; y < ROWS - WALL_GAP; y++) (new qv::Object)->setPosition(qv::Vector(WALL_X, static_cast<float>(y)));
+    for (int y = 0; y < ROWS - WALL_GAP; y++)
+      (new qv::Object)->setPosition(qv::Vector(WALL_X, static_cast<float>(y)));
   qv::Object *p_mover = new qv::Object;
   p_mover->setSolidness(qv::SOFT);
   return p_mover;
@@ -79,7 +84,8 @@ void runSearch(benchmark::State &state, bool wall, qv::Vector start, qv::Vector 
   state.counters["path_nodes"] = static_cast<double>(nodes);
   state.counters["build_allocs"] = static_cast<double>(build_allocations);
   state.counters["step_allocs"] = static_cast<double>(step_allocations);
-  state.counters["allocs_per_step"] = static_cast<double>(step_allocations) / static_cast<double>(steps);
+  state.counters["allocs_per_step"] =
+      static_cast<double>(step_allocations) / static_cast<double>(steps);
   qv::WorldManager::getInstance().shutDown();
 }
 

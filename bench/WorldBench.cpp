@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <vector>
 
+#include "core/LogManager.h"
 #include "world/EventCollision.h"
 #include "world/EventOut.h"
 #include "world/Grid.h"
-#include "core/LogManager.h"
 #include "world/Object.h"
 #include "world/WorldManager.h"
 
@@ -67,7 +67,9 @@ void runUpdates(benchmark::State &state, int cell_size) {
   emptyWorld();
 }
 
-void BM_WorldUpdateGrid(benchmark::State &state) { runUpdates(state, 0); }
+void BM_WorldUpdateGrid(benchmark::State &state) {
+  runUpdates(state, 0);
+}
 
 void BM_WorldUpdateNoGrid(benchmark::State &state) {
   runUpdates(state, static_cast<int>(WORLD_SIZE));

@@ -64,9 +64,15 @@ void loadAssets() {
   qv::ResourceManager &rm = qv::ResourceManager::getInstance();
   for (const Asset &asset : MANIFEST) {
     switch (asset.kind) {
-      case SPRITE: rm.loadSprite(asset.file, asset.label); break;
-      case SOUND: rm.loadSound(asset.file, asset.label); break;
-      case MUSIC: rm.loadMusic(asset.file, asset.label); break;
+      case SPRITE:
+        rm.loadSprite(asset.file, asset.label);
+        break;
+      case SOUND:
+        rm.loadSound(asset.file, asset.label);
+        break;
+      case MUSIC:
+        rm.loadMusic(asset.file, asset.label);
+        break;
     }
   }
 }

@@ -2,8 +2,9 @@
 # configures and builds everything into build/.
 
 # libx11-dev: the input manager reads the keyboard state from X directly;
-# libxtst6: lets the tests press keys on the virtual display.
-QV_PACKAGES="build-essential g++ cmake libsfml-dev libx11-dev libgtest-dev libbenchmark-dev xvfb xauth libxtst6"
+# libxtst6: lets the tests press keys on the virtual display;
+# clang-format: the test command checks that every source is formatted.
+QV_PACKAGES="build-essential g++ cmake libsfml-dev libx11-dev libgtest-dev libbenchmark-dev xvfb xauth libxtst6 clang-format"
 
 qv_install_missing() {
   local missing=()
@@ -25,4 +26,14 @@ qv_install_missing() {
 qv_build() {
   cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo &&
     cmake --build build -j "$(nproc)"
+}
+
+# Lists the project's C++ sources that .clang-format would change.
+qv_check_format() {
+  local bad
+  bad=$(git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run 2>&1 | grep -o '^[^:]*:' | sort -u)
+  [ -z "$bad" ] && return 0
+  echo "Not formatted (run clang-format -i on them):" >&2
+  echo "$bad" >&2
+  return 1
 }

@@ -18,8 +18,8 @@
 #include <vector>
 
 #include "core/LogManager.h"
-#include "resources/ResourceManager.h"
 #include "core/utility.h"
+#include "resources/ResourceManager.h"
 
 namespace {
 

@@ -41,8 +41,7 @@ void parseItems(const std::string &text) {
   size_t capacity = 1;
   for (char c : clean)
     if (c == ',') capacity++;
-  log.writeLog(25, "match(): number of elements allocated is %d",
-               static_cast<int>(capacity));
+  log.writeLog(25, "match(): number of elements allocated is %d", static_cast<int>(capacity));
   try {
     g_items.reserve(capacity);
   } catch (const std::bad_alloc &) {
@@ -62,8 +61,7 @@ void parseItems(const std::string &text) {
     log.writeLog(28, "\tp_element is '%s' (%p)", piece.c_str(),
                  static_cast<const void *>(p_element));
     std::vector<std::string> tokens = colonTokens(piece);
-    log.writeLog(28, "\ttoken is '%s' (%p)",
-                 tokens.empty() ? "(null)" : tokens[0].c_str(),
+    log.writeLog(28, "\ttoken is '%s' (%p)", tokens.empty() ? "(null)" : tokens[0].c_str(),
                  static_cast<const void *>(tokens.empty() ? nullptr : tokens[0].c_str()));
     if (tokens.empty()) break;
     log.writeLog(25, "\tkey %s", tokens[0].c_str());
@@ -87,14 +85,16 @@ std::string match(std::string str, std::string find) {
   log.writeLog(25, "match(): Looking for match '%s' among %d items.", find.c_str(),
                static_cast<int>(g_items.size()));
   for (size_t i = 0; i < g_items.size(); i++) {
-    log.writeLog(28, "match(): %d: %s == %s?", static_cast<int>(i),
-                 g_items[i].first.c_str(), find.c_str());
+    log.writeLog(28, "match(): %d: %s == %s?", static_cast<int>(i), g_items[i].first.c_str(),
+                 find.c_str());
     if (g_items[i].first == find) return g_items[i].second;
   }
   return "";
 }
 
-Config::Config() { setDefaults(); }
+Config::Config() {
+  setDefaults();
+}
 
 Config &Config::getInstance() {
   static Config config;
@@ -146,7 +146,9 @@ std::string Config::readConfig() const {
   return text;
 }
 
-std::string Config::match(std::string key) const { return qv::match(m_config_text, key); }
+std::string Config::match(std::string key) const {
+  return qv::match(m_config_text, key);
+}
 
 void Config::loadConfig(std::string config_text) {
   // Every load starts from the defaults, so the result depends only on the
@@ -250,28 +252,74 @@ void Config::writeConfigToLog() const {
   log.writeLog(1, "%s", rule);
 }
 
-std::string Config::getConfigText() const { return m_config_text; }
-int Config::getWindowHorizontalPixels() const { return m_window_horizontal_pixels; }
-int Config::getWindowVerticalPixels() const { return m_window_vertical_pixels; }
-int Config::getWindowHorizontalChars() const { return m_window_horizontal_chars; }
-int Config::getWindowVerticalChars() const { return m_window_vertical_chars; }
-int Config::getWindowStyle() const { return m_window_style; }
-int Config::getWindowState() const { return m_window_state; }
-int Config::getWindowBackgroundColor() const { return m_window_background_color; }
-int Config::getFrameTime() const { return m_frame_time; }
-float Config::getFontScale() const { return m_font_scale; }
-std::string Config::getWindowTitle() const { return m_window_title; }
-bool Config::getShowMouse() const { return m_show_mouse; }
-bool Config::getHeadless() const { return m_headless; }
-std::string Config::getFontFile() const { return m_font_file; }
-std::string Config::getLogfile() const { return m_logfile; }
-int Config::getRandomSeed() const { return m_random_seed; }
-bool Config::getNetworking() const { return m_networking; }
-int Config::getQuadtreeThreshold() const { return m_quadtree_threshold; }
-int Config::getQuadtreeDepth() const { return m_quadtree_depth; }
-int Config::getGridWidth() const { return m_grid_width; }
-int Config::getGridHeight() const { return m_grid_height; }
-bool Config::getSignals() const { return m_signals; }
-int Config::getLogLevel() const { return m_log_level; }
+std::string Config::getConfigText() const {
+  return m_config_text;
+}
+int Config::getWindowHorizontalPixels() const {
+  return m_window_horizontal_pixels;
+}
+int Config::getWindowVerticalPixels() const {
+  return m_window_vertical_pixels;
+}
+int Config::getWindowHorizontalChars() const {
+  return m_window_horizontal_chars;
+}
+int Config::getWindowVerticalChars() const {
+  return m_window_vertical_chars;
+}
+int Config::getWindowStyle() const {
+  return m_window_style;
+}
+int Config::getWindowState() const {
+  return m_window_state;
+}
+int Config::getWindowBackgroundColor() const {
+  return m_window_background_color;
+}
+int Config::getFrameTime() const {
+  return m_frame_time;
+}
+float Config::getFontScale() const {
+  return m_font_scale;
+}
+std::string Config::getWindowTitle() const {
+  return m_window_title;
+}
+bool Config::getShowMouse() const {
+  return m_show_mouse;
+}
+bool Config::getHeadless() const {
+  return m_headless;
+}
+std::string Config::getFontFile() const {
+  return m_font_file;
+}
+std::string Config::getLogfile() const {
+  return m_logfile;
+}
+int Config::getRandomSeed() const {
+  return m_random_seed;
+}
+bool Config::getNetworking() const {
+  return m_networking;
+}
+int Config::getQuadtreeThreshold() const {
+  return m_quadtree_threshold;
+}
+int Config::getQuadtreeDepth() const {
+  return m_quadtree_depth;
+}
+int Config::getGridWidth() const {
+  return m_grid_width;
+}
+int Config::getGridHeight() const {
+  return m_grid_height;
+}
+bool Config::getSignals() const {
+  return m_signals;
+}
+int Config::getLogLevel() const {
+  return m_log_level;
+}
 
 }  // namespace qv

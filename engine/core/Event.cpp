@@ -2,12 +2,18 @@
 
 namespace qv {
 
-Event::Event() : m_event_type(UNDEFINED_EVENT) {}
+Event::Event() : m_event_type(UNDEFINED_EVENT) {
+}
 
-Event::~Event() {}
+Event::~Event() {
+}
 
-void Event::setType(std::string new_type) { m_event_type = std::move(new_type); }
+void Event::setType(std::string new_type) {
+  m_event_type = std::move(new_type);
+}
 
-std::string Event::getType() const { return m_event_type; }
+std::string Event::getType() const {
+  return m_event_type;
+}
 
 }  // namespace qv

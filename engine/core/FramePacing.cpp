@@ -34,8 +34,8 @@ std::int64_t finishFrame(const Clock &clock, int frame_time_ms, int step_count,
   }
   if (overrunReported(frame_time_ms, step_count, adjust))
     LogManager::getInstance().writeLog(
-        "GameManager::run(): Can't keep up! frame_time %d ms, split %d ms",
-        frame_time_ms, static_cast<int>(split / 1000));
+        "GameManager::run(): Can't keep up! frame_time %d ms, split %d ms", frame_time_ms,
+        static_cast<int>(split / 1000));
   return 0;
 }
 

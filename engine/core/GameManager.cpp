@@ -6,16 +6,16 @@
 
 #include "core/Clock.h"
 #include "core/Config.h"
-#include "graphics/DisplayManager.h"
 #include "core/EventStep.h"
 #include "core/FramePacing.h"
-#include "input/InputManager.h"
 #include "core/LogManager.h"
+#include "graphics/DisplayManager.h"
+#include "input/InputManager.h"
 #include "network/NetworkManager.h"
 #include "path/PathManager.h"
+#include "platform/platform.h"
 #include "resources/ResourceManager.h"
 #include "world/WorldManager.h"
-#include "platform/platform.h"
 
 namespace qv {
 
@@ -83,8 +83,9 @@ int GameManager::startUp() {
   // runs and the log is complete. A request from an earlier run is void.
   platform::clearStopRequest();
   if (config.getSignals() && platform::installStopSignals() != 0)
-    log.writeLog("GameManager::startUp(): Warning! Unable to catch stop signals, "
-                 "Ctrl-C ends the program without shut-down.");
+    log.writeLog(
+        "GameManager::startUp(): Warning! Unable to catch stop signals, "
+        "Ctrl-C ends the program without shut-down.");
 
   // ---- managers, in start-up order ----------------------------------------
   if (!startManager(DisplayManager::getInstance(),
@@ -180,14 +181,24 @@ void GameManager::run() {
   log.writeLog(1, "GameManager::run(): end of game loop");
 }
 
-bool GameManager::isValid(std::string event_type) const { return event_type == "qv-step"; }
+bool GameManager::isValid(std::string event_type) const {
+  return event_type == "qv-step";
+}
 
-void GameManager::setGameOver(bool game_over) { m_game_over = game_over; }
+void GameManager::setGameOver(bool game_over) {
+  m_game_over = game_over;
+}
 
-bool GameManager::getGameOver() const { return m_game_over || platform::stopRequested(); }
+bool GameManager::getGameOver() const {
+  return m_game_over || platform::stopRequested();
+}
 
-int GameManager::getFrameTime() const { return m_frame_time; }
+int GameManager::getFrameTime() const {
+  return m_frame_time;
+}
 
-int GameManager::getStepCount() const { return m_step_count; }
+int GameManager::getStepCount() const {
+  return m_step_count;
+}
 
 }  // namespace qv

@@ -37,9 +37,9 @@ class GameManager : public Manager {
  private:
   GameManager();
 
-  bool m_game_over;   // true asks the loop to stop after this frame
-  int m_frame_time;   // target frame length, ms (configured, default 33)
-  int m_step_count;   // frame number, 0 in the first frame of run()
+  bool m_game_over;  // true asks the loop to stop after this frame
+  int m_frame_time;  // target frame length, ms (configured, default 33)
+  int m_step_count;  // frame number, 0 in the first frame of run()
 };
 
 }  // namespace qv

@@ -30,16 +30,14 @@ LogManager &LogManager::getInstance() {
 
 int LogManager::startUp() {
   if (isStarted()) {
-    writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-             getType().c_str());
+    writeLog("%s::startup(): Warning! %s already started.", getType().c_str(), getType().c_str());
     return -1;
   }
   const char *env_name = std::getenv("QUORVELLE_LOG");
   std::string file_name = env_name ? env_name : Config::getInstance().getLogfile();
   m_p_f = std::fopen(file_name.c_str(), "w");
   if (!m_p_f) {
-    writeLog("LogManager::startup(): Warning! Unable to open file '%s'.",
-             file_name.c_str());
+    writeLog("LogManager::startup(): Warning! Unable to open file '%s'.", file_name.c_str());
     return -1;
   }
   // The level can be raised without recompiling: the environment wins over
@@ -67,10 +65,8 @@ int LogManager::vwrite(int message_level, const char *fmt, va_list args) const {
   if (message_level > m_log_level) return 0;
   std::FILE *out = m_p_f ? m_p_f : stderr;
   bool failed = false;
-  if (m_log_time_string && std::fprintf(out, "%s ", getTimeString()) < 0)
-    failed = true;
-  if (m_log_step_count &&
-      std::fprintf(out, "%4d ", GameManager::getInstance().getStepCount()) < 0)
+  if (m_log_time_string && std::fprintf(out, "%s ", getTimeString()) < 0) failed = true;
+  if (m_log_step_count && std::fprintf(out, "%4d ", GameManager::getInstance().getStepCount()) < 0)
     failed = true;
   int written = std::vfprintf(out, fmt, args);
   if (written < 0) failed = true;
@@ -96,20 +92,25 @@ int LogManager::writeLog(const char *fmt, ...) const {
   return result;
 }
 
-void LogManager::setFlush(bool do_flush) { m_do_flush = do_flush; }
+void LogManager::setFlush(bool do_flush) {
+  m_do_flush = do_flush;
+}
 
-void LogManager::setLogLevel(int log_level) { m_log_level = log_level; }
+void LogManager::setLogLevel(int log_level) {
+  m_log_level = log_level;
+}
 
-int LogManager::getLogLevel() const { return m_log_level; }
+int LogManager::getLogLevel() const {
+  return m_log_level;
+}
 
 const char *getTimeString() {
   static char time_str[30];
   std::time_t now = std::time(nullptr);
   std::tm local{};
-  if (now == static_cast<std::time_t>(-1) || !localtime_r(&now, &local))
-    return "(time error)";
-  std::snprintf(time_str, sizeof time_str, "%02d:%02d:%02d", local.tm_hour,
-                local.tm_min, local.tm_sec);
+  if (now == static_cast<std::time_t>(-1) || !localtime_r(&now, &local)) return "(time error)";
+  std::snprintf(time_str, sizeof time_str, "%02d:%02d:%02d", local.tm_hour, local.tm_min,
+                local.tm_sec);
   return time_str;
 }
 

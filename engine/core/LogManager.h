@@ -24,11 +24,9 @@ class LogManager : public Manager {
 
   // A levelled line: dropped (returning 0) when message_level exceeds the
   // log level. Returns the message's length, or -1 when a write failed.
-  int writeLog(int message_level, const char *fmt, ...) const
-      __attribute__((format(printf, 3, 4)));
+  int writeLog(int message_level, const char *fmt, ...) const __attribute__((format(printf, 3, 4)));
   // An unlevelled line: always written.
-  int writeLog(const char *fmt, ...) const
-      __attribute__((format(printf, 2, 3)));
+  int writeLog(const char *fmt, ...) const __attribute__((format(printf, 2, 3)));
 
   // Flush after every line, so the log survives a crash.
   void setFlush(bool do_flush = true);
@@ -39,11 +37,11 @@ class LogManager : public Manager {
   LogManager();
   int vwrite(int message_level, const char *fmt, va_list args) const;
 
-  bool m_do_flush;           // false: the C library decides when to flush
-  int m_log_level;           // 0: only unlevelled lines are written
-  bool m_log_time_string;    // true: prefix with the time of day
-  bool m_log_step_count;     // true: prefix with the frame number
-  std::FILE *m_p_f;          // open log file, null when not started
+  bool m_do_flush;         // false: the C library decides when to flush
+  int m_log_level;         // 0: only unlevelled lines are written
+  bool m_log_time_string;  // true: prefix with the time of day
+  bool m_log_step_count;   // true: prefix with the frame number
+  std::FILE *m_p_f;        // open log file, null when not started
 };
 
 // The local time of day as "HH:MM:SS" in a static buffer each call

@@ -6,32 +6,42 @@
 
 namespace qv {
 
-Manager::Manager() : m_type("Manager"), m_event_count(0), m_is_started(false) {}
+Manager::Manager() : m_type("Manager"), m_event_count(0), m_is_started(false) {
+}
 
-Manager::~Manager() {}
+Manager::~Manager() {
+}
 
-bool Manager::isValid(std::string) const { return false; }
+bool Manager::isValid(std::string) const {
+  return false;
+}
 
 int Manager::startUp() {
   if (m_is_started)
-    LogManager::getInstance().writeLog(
-        1, "Manager::startUp(): Warning! %s already started.", m_type.c_str());
+    LogManager::getInstance().writeLog(1, "Manager::startUp(): Warning! %s already started.",
+                                       m_type.c_str());
   m_is_started = true;
   return 0;
 }
 
 void Manager::shutDown() {
   if (!m_is_started)
-    LogManager::getInstance().writeLog(
-        1, "Manager::shutDown(): Warning! %s not started.", m_type.c_str());
+    LogManager::getInstance().writeLog(1, "Manager::shutDown(): Warning! %s not started.",
+                                       m_type.c_str());
   m_is_started = false;
 }
 
-std::string Manager::getType() const { return m_type; }
+std::string Manager::getType() const {
+  return m_type;
+}
 
-void Manager::setType(std::string type) { m_type = std::move(type); }
+void Manager::setType(std::string type) {
+  m_type = std::move(type);
+}
 
-bool Manager::isStarted() const { return m_is_started; }
+bool Manager::isStarted() const {
+  return m_is_started;
+}
 
 int Manager::findEvent(const std::string &event_type) const {
   for (int i = 0; i < m_event_count; i++)
@@ -49,8 +59,9 @@ int Manager::registerInterest(Object *p_o, std::string event_type) {
   const int slot = findEvent(event_type);
   if (slot >= 0) {
     if (p_o && m_obj_list[slot].contains(p_o)) {
-      log.writeLog(1, "Manager::registerInterest(): Warning! Not adding id %d (%s) twice for event %s.",
-                   p_o->getId(), p_o->getType().c_str(), event_type.c_str());
+      log.writeLog(
+          1, "Manager::registerInterest(): Warning! Not adding id %d (%s) twice for event %s.",
+          p_o->getId(), p_o->getType().c_str(), event_type.c_str());
       return 0;
     }
     return m_obj_list[slot].insert(p_o);
@@ -113,6 +124,8 @@ ObjectList Manager::getInterested(std::string event_type) const {
   return slot < 0 ? ObjectList() : m_obj_list[slot];
 }
 
-int Manager::getEventCount() const { return m_event_count; }
+int Manager::getEventCount() const {
+  return m_event_count;
+}
 
 }  // namespace qv

@@ -52,11 +52,11 @@ class Manager {
 
   int findEvent(const std::string &event_type) const;
 
-  std::string m_type;                          // "Manager" until a derived constructor names it
-  int m_event_count;                           // 0 event types in use
-  std::string m_event[MAX_EVENT_TYPES];        // the types in use, slots 0 .. m_event_count - 1
-  ObjectList m_obj_list[MAX_EVENT_TYPES];      // slot i: the objects interested in m_event[i]
-  bool m_is_started;                           // false until startUp succeeds
+  std::string m_type;                      // "Manager" until a derived constructor names it
+  int m_event_count;                       // 0 event types in use
+  std::string m_event[MAX_EVENT_TYPES];    // the types in use, slots 0 .. m_event_count - 1
+  ObjectList m_obj_list[MAX_EVENT_TYPES];  // slot i: the objects interested in m_event[i]
+  bool m_is_started;                       // false until startUp succeeds
 };
 
 }  // namespace qv

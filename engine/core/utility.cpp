@@ -1,12 +1,11 @@
 #include "core/utility.h"
 
+#include <SFML/Graphics/Color.hpp>
 #include <cmath>
 #include <exception>
 #include <istream>
 #include <ostream>
 #include <sstream>
-
-#include <SFML/Graphics/Color.hpp>
 
 #include "core/LogManager.h"
 
@@ -20,12 +19,13 @@ struct ColorInfo {
 };
 
 const ColorInfo COLORS[] = {
-    {0, 0, 0, "Black"},       {255, 0, 0, "Red"},       {0, 255, 0, "Green"},
-    {255, 255, 0, "Yellow"},  {0, 0, 255, "Blue"},      {255, 0, 255, "Magenta"},
-    {0, 255, 255, "Cyan"},    {255, 255, 255, "White"},
+    {0, 0, 0, "Black"},  {255, 0, 0, "Red"},       {0, 255, 0, "Green"},  {255, 255, 0, "Yellow"},
+    {0, 0, 255, "Blue"}, {255, 0, 255, "Magenta"}, {0, 255, 255, "Cyan"}, {255, 255, 255, "White"},
 };
 
-bool isTableColor(Color c) { return c >= BLACK && c <= WHITE; }
+bool isTableColor(Color c) {
+  return c >= BLACK && c <= WHITE;
+}
 
 // names[value] when value is in range, else the fallback.
 template <size_t N>
@@ -71,13 +71,15 @@ std::string transformToString(Transform t) {
 }
 
 std::string locationToString(int location) {
-  static const char *const names[] = {"top-left",      "top-center",   "top-right",
-                                      "center-left",   "center-center", "center-right",
-                                      "bot-left",      "bot-center",   "bot-right"};
+  static const char *const names[] = {"top-left",    "top-center",    "top-right",
+                                      "center-left", "center-center", "center-right",
+                                      "bot-left",    "bot-center",    "bot-right"};
   return nameOf(location, names, "unknown");
 }
 
-std::string boolToString(bool b) { return b ? "true" : "false"; }
+std::string boolToString(bool b) {
+  return b ? "true" : "false";
+}
 
 std::string toString(int i) {
   std::ostringstream ss;
@@ -148,11 +150,17 @@ void writeInt(std::ostream &out, int value) {
   writeRaw(out, static_cast<std::uint32_t>(value), 4);
 }
 
-void writeUnsigned(std::ostream &out, unsigned int value) { writeRaw(out, value, 4); }
+void writeUnsigned(std::ostream &out, unsigned int value) {
+  writeRaw(out, value, 4);
+}
 
-void writeBool(std::ostream &out, bool value) { writeRaw(out, value ? 1 : 0, 1); }
+void writeBool(std::ostream &out, bool value) {
+  writeRaw(out, value ? 1 : 0, 1);
+}
 
-void writeCount(std::ostream &out, std::uint64_t count) { writeRaw(out, count, 8); }
+void writeCount(std::ostream &out, std::uint64_t count) {
+  writeRaw(out, count, 8);
+}
 
 void writeString(std::ostream &out, const std::string &text) {
   writeCount(out, text.size());
@@ -207,10 +215,10 @@ int readString(std::istream &in, std::string &text, std::uint64_t &length) {
 bool boxIntersectsBox(const Box &a, const Box &b) {
   float ax = a.getCorner().getX(), ay = a.getCorner().getY();
   float bx = b.getCorner().getX(), by = b.getCorner().getY();
-  bool x_overlap = valueInRange(ax, bx, bx + b.getHorizontal()) ||
-                   valueInRange(bx, ax, ax + a.getHorizontal());
-  bool y_overlap = valueInRange(ay, by, by + b.getVertical()) ||
-                   valueInRange(by, ay, ay + a.getVertical());
+  bool x_overlap =
+      valueInRange(ax, bx, bx + b.getHorizontal()) || valueInRange(bx, ax, ax + a.getHorizontal());
+  bool y_overlap =
+      valueInRange(ay, by, by + b.getVertical()) || valueInRange(by, ay, ay + a.getVertical());
   return x_overlap && y_overlap;
 }
 

@@ -3,54 +3,64 @@
 #include <sstream>
 
 #include "core/LogManager.h"
-#include "graphics/Sprite.h"
 #include "core/utility.h"
+#include "graphics/Sprite.h"
 
 namespace qv {
 
-Animation::Animation()
-    : m_p_sprite(nullptr), m_index(0), m_slowdown_count(0), m_transform(NONE) {}
+Animation::Animation() : m_p_sprite(nullptr), m_index(0), m_slowdown_count(0), m_transform(NONE) {
+}
 
 void Animation::setSprite(Sprite *p_new_sprite) {
-  if (p_new_sprite)
-    m_name = p_new_sprite->getLabel();
+  if (p_new_sprite) m_name = p_new_sprite->getLabel();
   m_p_sprite = p_new_sprite;
   m_index = 0;
   m_slowdown_count = 0;
 }
 
-void Animation::setIndex(int new_index) { m_index = new_index; }
-void Animation::setSlowdownCount(int new_slowdown_count) { m_slowdown_count = new_slowdown_count; }
-void Animation::setTransform(int new_transform) { m_transform = new_transform; }
+void Animation::setIndex(int new_index) {
+  m_index = new_index;
+}
+void Animation::setSlowdownCount(int new_slowdown_count) {
+  m_slowdown_count = new_slowdown_count;
+}
+void Animation::setTransform(int new_transform) {
+  m_transform = new_transform;
+}
 
-Sprite *Animation::getSprite() const { return m_p_sprite; }
-std::string Animation::getName() const { return m_name; }
-int Animation::getIndex() const { return m_index; }
-int Animation::getSlowdownCount() const { return m_slowdown_count; }
-int Animation::getTransform() const { return m_transform; }
+Sprite *Animation::getSprite() const {
+  return m_p_sprite;
+}
+std::string Animation::getName() const {
+  return m_name;
+}
+int Animation::getIndex() const {
+  return m_index;
+}
+int Animation::getSlowdownCount() const {
+  return m_slowdown_count;
+}
+int Animation::getTransform() const {
+  return m_transform;
+}
 
 int Animation::draw(Vector position) {
-  if (!m_p_sprite)
-    return 0;
+  if (!m_p_sprite) return 0;
   const int result =
       m_p_sprite->draw(m_index, position, m_p_sprite->getTransparency(), m_transform);
-  if (m_slowdown_count == -1)
-    return result;
+  if (m_slowdown_count == -1) return result;
   // Step after drawing, so the first frame drawn after setSprite is frame 0.
   m_slowdown_count++;
-  if (m_slowdown_count < m_p_sprite->getSlowdown())
-    return result;
+  if (m_slowdown_count < m_p_sprite->getSlowdown()) return result;
   m_slowdown_count = 0;
   m_index++;
-  if (m_index < m_p_sprite->getFrameCount())
-    return result;
+  if (m_index < m_p_sprite->getFrameCount()) return result;
   m_index = 0;
   return result;
 }
 
 Box Animation::getBox() const {
-  if (!m_p_sprite)
-    return Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f);
+  if (!m_p_sprite) return Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f);
   const float width = static_cast<float>(m_p_sprite->getWidth());
   const float height = static_cast<float>(m_p_sprite->getHeight());
   return Box(Vector(width * -1.0f * 0.5f, height * -1.0f * 0.5f), width, height);

@@ -58,11 +58,11 @@ class Animation {
   int deserialize(std::stringstream *p_ss);
 
  private:
-  Sprite *m_p_sprite;        // null: nothing to draw; not owned
-  std::string m_name;        // empty: label of the sprite
-  int m_index;               // 0: current frame index
-  int m_slowdown_count;      // 0: calls the frame has been shown; -1 frozen
-  int m_transform;           // NONE: a Transform
+  Sprite *m_p_sprite;    // null: nothing to draw; not owned
+  std::string m_name;    // empty: label of the sprite
+  int m_index;           // 0: current frame index
+  int m_slowdown_count;  // 0: calls the frame has been shown; -1 frozen
+  int m_transform;       // NONE: a Transform
 };
 
 }  // namespace qv

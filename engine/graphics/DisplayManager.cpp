@@ -2,12 +2,11 @@
 
 #include <dlfcn.h>
 
+#include <SFML/Graphics.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <locale>
 #include <new>
-
-#include <SFML/Graphics.hpp>
 
 #include "core/Config.h"
 #include "core/LogManager.h"
@@ -32,8 +31,8 @@ class XConnection {
       m_reason = "DISPLAY is not set";
       return;
     }
-    const auto open_display = reinterpret_cast<void *(*)(const char *)>(
-        dlsym(RTLD_DEFAULT, "XOpenDisplay"));
+    const auto open_display =
+        reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
     m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
     if (open_display == nullptr || m_close_display == nullptr) {
       m_reachable = true;  // no Xlib to ask: let SFML try
@@ -41,17 +40,14 @@ class XConnection {
     }
     // A resetting server answers again within milliseconds.
     for (int attempt = 0; attempt < 10 && m_connection == nullptr; attempt++) {
-      if (attempt > 0)
-        platform::sleepMilliseconds(20);
+      if (attempt > 0) platform::sleepMilliseconds(20);
       m_connection = open_display(display);
     }
     m_reachable = m_connection != nullptr;
-    if (!m_reachable)
-      m_reason = "the X display cannot be reached";
+    if (!m_reachable) m_reason = "the X display cannot be reached";
   }
   ~XConnection() {
-    if (m_connection != nullptr)
-      m_close_display(m_connection);
+    if (m_connection != nullptr) m_close_display(m_connection);
   }
   XConnection(const XConnection &) = delete;
   XConnection &operator=(const XConnection &) = delete;
@@ -68,8 +64,7 @@ class XConnection {
 
 // A grid needs at least one cell each way: the cell size divides by it.
 int checkedCells(const char *where, const char *axis, int cells, int fallback) {
-  if (cells >= 1)
-    return cells;
+  if (cells >= 1) return cells;
   LogManager::getInstance().writeLog("%s: Error! %d cells %s is no grid; using %d instead.", where,
                                      cells, axis, fallback);
   return fallback;
@@ -78,8 +73,7 @@ int checkedCells(const char *where, const char *axis, int cells, int fallback) {
 // A configured window size of 0 takes the desktop's; a negative one, which
 // no window can have, does too after a log line.
 int windowPixels(int configured, const char *axis, unsigned int desktop) {
-  if (configured > 0)
-    return configured;
+  if (configured > 0) return configured;
   if (configured < 0)
     LogManager::getInstance().writeLog(
         "DisplayManager::startUp(): Error! %d pixels %s is no window size; using the desktop's %u.",
@@ -119,10 +113,10 @@ int DisplayManager::startUp() {
   const Config &config = Config::getInstance();
   m_window_horizontal_pixels = config.getWindowHorizontalPixels();
   m_window_vertical_pixels = config.getWindowVerticalPixels();
-  m_window_horizontal_chars = checkedCells("DisplayManager::startUp()", "across",
-                                           config.getWindowHorizontalChars(), 80);
-  m_window_vertical_chars = checkedCells("DisplayManager::startUp()", "down",
-                                         config.getWindowVerticalChars(), 24);
+  m_window_horizontal_chars =
+      checkedCells("DisplayManager::startUp()", "across", config.getWindowHorizontalChars(), 80);
+  m_window_vertical_chars =
+      checkedCells("DisplayManager::startUp()", "down", config.getWindowVerticalChars(), 24);
   m_window_background_color = colorToSFML(static_cast<Color>(config.getWindowBackgroundColor()));
   resizeScreen();
 
@@ -148,8 +142,7 @@ int DisplayManager::startUp() {
 
   // SFML 2 has no separate window state: full screen is one more style bit.
   sf::Uint32 style = static_cast<sf::Uint32>(config.getWindowStyle());
-  if (config.getWindowState() != 0)
-    style |= sf::Style::Fullscreen;
+  if (config.getWindowState() != 0) style |= sf::Style::Fullscreen;
   const sf::VideoMode mode(static_cast<unsigned int>(m_window_horizontal_pixels),
                            static_cast<unsigned int>(m_window_vertical_pixels), 32);
   m_p_window.reset(new (std::nothrow) sf::RenderWindow(
@@ -202,8 +195,7 @@ void DisplayManager::shutDown() {
 }
 
 int DisplayManager::drawChar(Vector world_pos, char ch, Color color, float angle) {
-  if (Config::getInstance().getHeadless())
-    return -1;
+  if (Config::getInstance().getHeadless()) return -1;
   // CUSTOM and unknown colours have no components of their own: they draw
   // in white, as colorToSFML shows them.
   unsigned char r = 255, g = 255, b = 255;
@@ -217,8 +209,7 @@ int DisplayManager::drawChar(Vector world_pos, char ch, unsigned char r, unsigne
     LogManager::getInstance().writeLog("%s not started!", getType().c_str());
     return -1;
   }
-  if (!m_p_window)
-    return -1;
+  if (!m_p_window) return -1;
 
   const Vector view_pos = worldToView(world_pos);
   const Vector pixel = spacesToPixels(view_pos);
@@ -238,14 +229,12 @@ int DisplayManager::drawChar(Vector world_pos, char ch, unsigned char r, unsigne
   return 0;
 }
 
-int DisplayManager::drawString(Vector world_pos, std::string str, Justification just,
-                               Color color) {
+int DisplayManager::drawString(Vector world_pos, std::string str, Justification just, Color color) {
   if (!isStarted()) {
     LogManager::getInstance().writeLog("%s not started!", getType().c_str());
     return -1;
   }
-  if (Config::getInstance().getHeadless() || !m_p_window)
-    return -1;
+  if (Config::getInstance().getHeadless() || !m_p_window) return -1;
 
   const int length = static_cast<int>(str.size());
   Vector start = world_pos;
@@ -266,8 +255,7 @@ int DisplayManager::swapBuffers() {
     LogManager::getInstance().writeLog("%s not started!", getType().c_str());
     return -1;
   }
-  if (!m_p_window)
-    return -1;
+  if (!m_p_window) return -1;
   m_p_window->display();
   m_p_window->clear(m_window_background_color);
 
@@ -281,51 +269,63 @@ int DisplayManager::swapBuffers() {
 void DisplayManager::setHorizontalChars(int new_horizontal_chars) {
   m_window_horizontal_chars = checkedCells("DisplayManager::setHorizontalChars()", "across",
                                            new_horizontal_chars, m_window_horizontal_chars);
-  if (m_p_rectangle)
-    makeCellRectangle();
+  if (m_p_rectangle) makeCellRectangle();
   resizeScreen();
 }
 
 void DisplayManager::setVerticalChars(int new_vertical_chars) {
   m_window_vertical_chars = checkedCells("DisplayManager::setVerticalChars()", "down",
                                          new_vertical_chars, m_window_vertical_chars);
-  if (m_p_rectangle)
-    makeCellRectangle();
+  if (m_p_rectangle) makeCellRectangle();
   resizeScreen();
 }
 
-int DisplayManager::getHorizontalChars() const { return m_window_horizontal_chars; }
-int DisplayManager::getVerticalChars() const { return m_window_vertical_chars; }
-int DisplayManager::getHorizontalPixels() const { return m_window_horizontal_pixels; }
-int DisplayManager::getVerticalPixels() const { return m_window_vertical_pixels; }
-sf::RenderWindow *DisplayManager::getWindow() const { return m_p_window.get(); }
+int DisplayManager::getHorizontalChars() const {
+  return m_window_horizontal_chars;
+}
+int DisplayManager::getVerticalChars() const {
+  return m_window_vertical_chars;
+}
+int DisplayManager::getHorizontalPixels() const {
+  return m_window_horizontal_pixels;
+}
+int DisplayManager::getVerticalPixels() const {
+  return m_window_vertical_pixels;
+}
+sf::RenderWindow *DisplayManager::getWindow() const {
+  return m_p_window.get();
+}
 
-std::string DisplayManager::screenText() const { return gridText(m_back_cells); }
-std::string DisplayManager::shownText() const { return gridText(m_front_cells); }
+std::string DisplayManager::screenText() const {
+  return gridText(m_back_cells);
+}
+std::string DisplayManager::shownText() const {
+  return gridText(m_front_cells);
+}
 
 DisplayManager::Cell DisplayManager::screenCell(int x, int y) const {
-  if (x < 0 || y < 0 || x >= m_screen_columns || y >= m_screen_rows)
-    return blankCell();
+  if (x < 0 || y < 0 || x >= m_screen_columns || y >= m_screen_rows) return blankCell();
   return m_back_cells[static_cast<std::size_t>(y * m_screen_columns + x)];
 }
 
-char DisplayManager::screenChar(int x, int y) const { return screenCell(x, y).ch; }
+char DisplayManager::screenChar(int x, int y) const {
+  return screenCell(x, y).ch;
+}
 
 Color DisplayManager::screenColor(int x, int y) const {
   const Cell cell = screenCell(x, y);
   for (int c = BLACK; c <= WHITE; c++) {
     unsigned char r = 0, g = 0, b = 0;
     colorToRGB(static_cast<Color>(c), r, g, b);
-    if (r == cell.r && g == cell.g && b == cell.b)
-      return static_cast<Color>(c);
+    if (r == cell.r && g == cell.g && b == cell.b) return static_cast<Color>(c);
   }
   return CUSTOM;
 }
 
 bool DisplayManager::makeCellRectangle() {
-  m_p_rectangle.reset(new (std::nothrow) sf::RectangleShape(sf::Vector2f(charWidth(), charHeight())));
-  if (!m_p_rectangle)
-    return false;
+  m_p_rectangle.reset(new (std::nothrow)
+                          sf::RectangleShape(sf::Vector2f(charWidth(), charHeight())));
+  if (!m_p_rectangle) return false;
   m_p_rectangle->setFillColor(m_window_background_color);
   return true;
 }
@@ -350,10 +350,9 @@ void DisplayManager::record(Vector view_pos, char ch, unsigned char r, unsigned 
   // floats first so positions far off screen never reach an int conversion.
   const float x = view_pos.getX();
   const float y = view_pos.getY();
-  if (!(x >= 0 && y >= 0 && x < m_screen_columns && y < m_screen_rows))
-    return;
-  const std::size_t index = static_cast<std::size_t>(static_cast<int>(y) * m_screen_columns +
-                                                     static_cast<int>(x));
+  if (!(x >= 0 && y >= 0 && x < m_screen_columns && y < m_screen_rows)) return;
+  const std::size_t index =
+      static_cast<std::size_t>(static_cast<int>(y) * m_screen_columns + static_cast<int>(x));
   m_back_cells[index] = Cell{ch, r, g, b};
 }
 
@@ -382,14 +381,16 @@ float charHeight() {
 
 Vector spacesToPixels(Vector spaces) {
   const Vector pixels(spaces.getX() * charWidth(), spaces.getY() * charHeight());
-  LogManager::getInstance().writeLog(30, "spacesToPixels(int): spaces (%.2f,%.2f) = pixels (%.2f,%.2f)",
+  LogManager::getInstance().writeLog(30,
+                                     "spacesToPixels(int): spaces (%.2f,%.2f) = pixels (%.2f,%.2f)",
                                      spaces.getX(), spaces.getY(), pixels.getX(), pixels.getY());
   return pixels;
 }
 
 Vector pixelsToSpaces(Vector pixels) {
   const Vector spaces(pixels.getX() / charWidth(), pixels.getY() / charHeight());
-  LogManager::getInstance().writeLog(30, "pixelsToSpaces(): pixels (%.2f,%.2f) = spaces (%.2f,%.2f)",
+  LogManager::getInstance().writeLog(30,
+                                     "pixelsToSpaces(): pixels (%.2f,%.2f) = spaces (%.2f,%.2f)",
                                      pixels.getX(), pixels.getY(), spaces.getX(), spaces.getY());
   return spaces;
 }

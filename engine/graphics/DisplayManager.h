@@ -1,15 +1,14 @@
 #ifndef QV_DISPLAY_MANAGER_H
 #define QV_DISPLAY_MANAGER_H
 
+#include <SFML/Graphics/Color.hpp>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <SFML/Graphics/Color.hpp>
-
 #include "core/Manager.h"
-#include "world/Vector.h"
 #include "core/utility.h"
+#include "world/Vector.h"
 
 namespace sf {
 class Font;
@@ -56,11 +55,10 @@ class DisplayManager : public Manager {
 
   // Draws one character with its top-left corner at a world position (cells).
   int drawChar(Vector world_pos, char ch, Color color, float angle);
-  int drawChar(Vector world_pos, char ch, unsigned char r, unsigned char g,
-               unsigned char b, float angle);
+  int drawChar(Vector world_pos, char ch, unsigned char r, unsigned char g, unsigned char b,
+               float angle);
   // Draws a string along a row; the result of each character is not examined.
-  int drawString(Vector world_pos, std::string str, Justification just,
-                 Color color);
+  int drawString(Vector world_pos, std::string str, Justification just, Color color);
   // Shows what was drawn and clears the back buffer to the background colour.
   int swapBuffers();
 
@@ -96,23 +94,22 @@ class DisplayManager : public Manager {
   bool makeCellRectangle();
   Cell blankCell() const;
   void resizeScreen();
-  void record(Vector view_pos, char ch, unsigned char r, unsigned char g,
-              unsigned char b);
+  void record(Vector view_pos, char ch, unsigned char r, unsigned char g, unsigned char b);
   std::string gridText(const std::vector<Cell> &cells) const;
 
-  std::unique_ptr<sf::RenderWindow> m_p_window;      // null: no window
-  int m_window_horizontal_pixels;                    // 1024: window width
-  int m_window_vertical_pixels;                      // 768: window height
-  int m_window_horizontal_chars;                     // 80: cells across
-  int m_window_vertical_chars;                       // 24: cells down
-  std::unique_ptr<sf::Font> m_p_font;                // empty font until startUp
-  std::unique_ptr<sf::RectangleShape> m_p_rectangle; // null: one cell, background filled
-  sf::Color m_window_background_color;               // opaque black: clear and cell colour
-  std::unique_ptr<sf::Text> m_p_text;                // null: the one glyph text
-  std::vector<Cell> m_back_cells;                    // text view being drawn
-  std::vector<Cell> m_front_cells;                   // text view last swapped
-  int m_screen_columns;                              // 0: columns of both views
-  int m_screen_rows;                                 // 0: rows of both views
+  std::unique_ptr<sf::RenderWindow> m_p_window;       // null: no window
+  int m_window_horizontal_pixels;                     // 1024: window width
+  int m_window_vertical_pixels;                       // 768: window height
+  int m_window_horizontal_chars;                      // 80: cells across
+  int m_window_vertical_chars;                        // 24: cells down
+  std::unique_ptr<sf::Font> m_p_font;                 // empty font until startUp
+  std::unique_ptr<sf::RectangleShape> m_p_rectangle;  // null: one cell, background filled
+  sf::Color m_window_background_color;                // opaque black: clear and cell colour
+  std::unique_ptr<sf::Text> m_p_text;                 // null: the one glyph text
+  std::vector<Cell> m_back_cells;                     // text view being drawn
+  std::vector<Cell> m_front_cells;                    // text view last swapped
+  int m_screen_columns;                               // 0: columns of both views
+  int m_screen_rows;                                  // 0: rows of both views
 };
 
 // Cell size in pixels, from the display manager's current pixel and cell counts.

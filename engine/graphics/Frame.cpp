@@ -7,23 +7,38 @@
 
 namespace qv {
 
-Frame::Frame() : m_width(0), m_height(0) {}
+Frame::Frame() : m_width(0), m_height(0) {
+}
 
 Frame::Frame(int width, int height, std::string frame_string)
-    : m_width(width), m_height(height), m_frame_str(std::move(frame_string)) {}
+    : m_width(width), m_height(height), m_frame_str(std::move(frame_string)) {
+}
 
-void Frame::setWidth(int width) { m_width = width; }
-void Frame::setHeight(int height) { m_height = height; }
-void Frame::setString(std::string frame_string) { m_frame_str = std::move(frame_string); }
+void Frame::setWidth(int width) {
+  m_width = width;
+}
+void Frame::setHeight(int height) {
+  m_height = height;
+}
+void Frame::setString(std::string frame_string) {
+  m_frame_str = std::move(frame_string);
+}
 
-int Frame::getWidth() const { return m_width; }
-int Frame::getHeight() const { return m_height; }
-std::string Frame::getString() const { return m_frame_str; }
-bool Frame::isEmpty() const { return m_frame_str.empty(); }
+int Frame::getWidth() const {
+  return m_width;
+}
+int Frame::getHeight() const {
+  return m_height;
+}
+std::string Frame::getString() const {
+  return m_frame_str;
+}
+bool Frame::isEmpty() const {
+  return m_frame_str.empty();
+}
 
 int Frame::draw(Vector position, Color color, char transparent, int transform) const {
-  if (m_frame_str.empty() || m_height < 1 || m_width < 1)
-    return 0;
+  if (m_frame_str.empty() || m_height < 1 || m_width < 1) return 0;
 
   const bool flip_rows = transform == VERTICAL || transform == BOTH;
   const bool flip_columns = transform == HORIZONTAL || transform == BOTH;
@@ -41,13 +56,10 @@ int Frame::draw(Vector position, Color color, char transparent, int transform) c
       const std::size_t index = static_cast<std::size_t>(column) +
                                 static_cast<std::size_t>(m_width) * static_cast<std::size_t>(row);
       // A string shorter than width x height leaves its missing cells undrawn.
-      if (index >= length)
-        continue;
+      if (index >= length) continue;
       const char ch = m_frame_str[index];
-      if (transparent != 0 && ch == transparent)
-        continue;
-      if (display.drawChar(Vector(left + x, top + y), ch, color, 0) != 0)
-        return -1;
+      if (transparent != 0 && ch == transparent) continue;
+      if (display.drawChar(Vector(left + x, top + y), ch, color, 0) != 0) return -1;
     }
   }
   return 0;

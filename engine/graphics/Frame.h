@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "world/Vector.h"
 #include "core/utility.h"
+#include "world/Vector.h"
 
 namespace qv {
 
@@ -31,9 +31,9 @@ class Frame {
   int draw(Vector position, Color color, char transparent, int transform) const;
 
  private:
-  int m_width;                 // 0: characters per row
-  int m_height;                // 0: rows
-  std::string m_frame_str;     // empty: an empty frame draws nothing
+  int m_width;              // 0: characters per row
+  int m_height;             // 0: rows
+  std::string m_frame_str;  // empty: an empty frame draws nothing
 };
 
 }  // namespace qv

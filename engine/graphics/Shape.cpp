@@ -1,14 +1,13 @@
 #include "graphics/Shape.h"
 
+#include <SFML/Graphics/CircleShape.hpp>
+#include <SFML/Graphics/RenderWindow.hpp>
 #include <algorithm>
 #include <cstdio>
 
-#include <SFML/Graphics/CircleShape.hpp>
-#include <SFML/Graphics/RenderWindow.hpp>
-
 #include "core/Config.h"
-#include "graphics/DisplayManager.h"
 #include "core/LogManager.h"
+#include "graphics/DisplayManager.h"
 
 namespace qv {
 
@@ -21,24 +20,36 @@ sf::CircleShape &sharedFigure() {
   return figure;
 }
 
-float fontScale() { return Config::getInstance().getFontScale(); }
+float fontScale() {
+  return Config::getInstance().getFontScale();
+}
 
 }  // namespace
 
 std::string shapeTypeToString(int type) {
   switch (type) {
-    case UNDEFINED: return "undefined";
-    case CIRCLE: return "circle";
-    case SQUARE: return "square";
-    case TRIANGLE: return "triangle";
-    default: return "unknown";
+    case UNDEFINED:
+      return "undefined";
+    case CIRCLE:
+      return "circle";
+    case SQUARE:
+      return "square";
+    case TRIANGLE:
+      return "triangle";
+    default:
+      return "unknown";
   }
 }
 
 Shape::Shape()
-    : m_color(WHITE), m_r(0), m_g(0), m_b(0), m_type(CIRCLE),
+    : m_color(WHITE),
+      m_r(0),
+      m_g(0),
+      m_b(0),
+      m_type(CIRCLE),
       m_size(fontScale() * static_cast<int>(std::min(charWidth(), charHeight()))),
-      m_alpha(255) {}
+      m_alpha(255) {
+}
 
 void Shape::setType(int new_type) {
   if (new_type < UNDEFINED || new_type > TRIANGLE) {
@@ -49,25 +60,51 @@ void Shape::setType(int new_type) {
   m_type = new_type;
 }
 
-void Shape::setColor(Color new_color) { m_color = new_color; }
-void Shape::setR(unsigned char new_r) { m_r = new_r; }
-void Shape::setG(unsigned char new_g) { m_g = new_g; }
-void Shape::setB(unsigned char new_b) { m_b = new_b; }
-void Shape::setSize(float new_size) { m_size = new_size; }
-void Shape::setAlpha(unsigned char new_alpha) { m_alpha = new_alpha; }
+void Shape::setColor(Color new_color) {
+  m_color = new_color;
+}
+void Shape::setR(unsigned char new_r) {
+  m_r = new_r;
+}
+void Shape::setG(unsigned char new_g) {
+  m_g = new_g;
+}
+void Shape::setB(unsigned char new_b) {
+  m_b = new_b;
+}
+void Shape::setSize(float new_size) {
+  m_size = new_size;
+}
+void Shape::setAlpha(unsigned char new_alpha) {
+  m_alpha = new_alpha;
+}
 
-int Shape::getType() const { return m_type; }
-Color Shape::getColor() const { return m_color; }
-unsigned char Shape::getR() const { return m_r; }
-unsigned char Shape::getG() const { return m_g; }
-unsigned char Shape::getB() const { return m_b; }
-float Shape::getSize() const { return m_size; }
-unsigned char Shape::getAlpha() const { return m_alpha; }
+int Shape::getType() const {
+  return m_type;
+}
+Color Shape::getColor() const {
+  return m_color;
+}
+unsigned char Shape::getR() const {
+  return m_r;
+}
+unsigned char Shape::getG() const {
+  return m_g;
+}
+unsigned char Shape::getB() const {
+  return m_b;
+}
+float Shape::getSize() const {
+  return m_size;
+}
+unsigned char Shape::getAlpha() const {
+  return m_alpha;
+}
 
 ShapeFigure Shape::figure(Vector pixel) const {
-  ShapeFigure f{3, m_size * 0.5f, 0.0f,
-                Vector(pixel.getX() - m_size * 0.5f, pixel.getY() - m_size * 0.5f),
-                m_r, m_g, m_b, m_alpha};
+  ShapeFigure f{
+      3,   m_size * 0.5f, 0.0f, Vector(pixel.getX() - m_size * 0.5f, pixel.getY() - m_size * 0.5f),
+      m_r, m_g,           m_b,  m_alpha};
   switch (m_type) {
     case CIRCLE:
       f.points = m_size < 3 ? 3 : m_size > 10 ? 10 : static_cast<int>(m_size);

@@ -4,8 +4,8 @@
 #include <sstream>
 #include <string>
 
-#include "world/Vector.h"
 #include "core/utility.h"
+#include "world/Vector.h"
 
 namespace qv {
 
@@ -23,10 +23,10 @@ std::string shapeTypeToString(int type);
 // in window pixels. Kept as plain data so the geometry can be checked
 // without a window.
 struct ShapeFigure {
-  int points;        // corners of the polygon
-  float radius;      // pixels
-  float rotation;    // degrees, clockwise
-  Vector position;   // top-left of the figure's bounding box, pixels
+  int points;                // corners of the polygon
+  float radius;              // pixels
+  float rotation;            // degrees, clockwise
+  Vector position;           // top-left of the figure's bounding box, pixels
   unsigned char r, g, b, a;  // fill colour
 };
 

@@ -1,11 +1,11 @@
 #include "graphics/Splash.h"
 
-#include "input/EventKeyboard.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
 #include "graphics/SplashQuorvelle.h"
 #include "graphics/Sprite.h"
+#include "input/EventKeyboard.h"
 #include "world/WorldManager.h"
 
 namespace qv {
@@ -66,12 +66,7 @@ const std::vector<std::string> EMBLEM[2] = {
 };
 
 const std::vector<std::string> SMALL_EMBLEM = {
-    "  _____  ",
-    " / \\ / \\ ",
-    " \\  V  / ",
-    "  \\ | /  ",
-    "   \\|/   ",
-    "    V    ",
+    "  _____  ", " / \\ / \\ ", " \\  V  / ", "  \\ | /  ", "   \\|/   ", "    V    ",
 };
 
 // Steps the banner spends sliding in before it stops.
@@ -95,12 +90,18 @@ void retireLeftovers() {
 
 }  // namespace
 
-const std::vector<std::string> &splashBanner(int lettering) { return BANNER[lettering != 0]; }
-const std::vector<std::string> &splashEmblem(int variant) { return EMBLEM[variant != 0]; }
-const std::vector<std::string> &splashSmallEmblem() { return SMALL_EMBLEM; }
+const std::vector<std::string> &splashBanner(int lettering) {
+  return BANNER[lettering != 0];
+}
+const std::vector<std::string> &splashEmblem(int variant) {
+  return EMBLEM[variant != 0];
+}
+const std::vector<std::string> &splashSmallEmblem() {
+  return SMALL_EMBLEM;
+}
 
-std::unique_ptr<Sprite> makeSprite(const std::string &label, int width, int height,
-                                   Color color, int slowdown,
+std::unique_ptr<Sprite> makeSprite(const std::string &label, int width, int height, Color color,
+                                   int slowdown,
                                    const std::vector<std::vector<std::string>> &frames) {
   auto p_sprite = std::make_unique<Sprite>(static_cast<int>(frames.size()));
   if (!label.empty()) p_sprite->setLabel(label);
@@ -164,8 +165,8 @@ int splash() {
 }
 
 Splash::Splash()
-    : m_p_sprite(makeSprite("splash", BANNER_WIDTH, BANNER_HEIGHT, GREEN, 1,
-                            {BANNER[0], BANNER[1]})),
+    : m_p_sprite(
+          makeSprite("splash", BANNER_WIDTH, BANNER_HEIGHT, GREEN, 1, {BANNER[0], BANNER[1]})),
       m_step_count(SLIDE_STEPS) {
   setUpSplashObject(this, "Splash", m_p_sprite.get());
   Animation animation = getAnimation();
@@ -176,8 +177,8 @@ Splash::Splash()
   const float view_w = view.getHorizontal();
   const float view_h = view.getVertical();
   const float w = getBox().getHorizontal();
-  setPosition(Vector(view.getCorner().getX() + view_w + w * 0.5f,
-                     view.getCorner().getY() + view_h * 0.5f));
+  setPosition(
+      Vector(view.getCorner().getX() + view_w + w * 0.5f, view.getCorner().getY() + view_h * 0.5f));
 
   // The slide takes half the frame time in steps; below 2 ms that would be
   // no steps at all, so it is taken as one.
@@ -186,7 +187,9 @@ Splash::Splash()
   setVelocity(Vector(-(w * 0.5f + view_w * 0.5f + 11) / static_cast<float>(slide_steps), 0));
 }
 
-Splash::~Splash() { withdrawSplashInterests(this); }
+Splash::~Splash() {
+  withdrawSplashInterests(this);
+}
 
 int Splash::eventHandler(const Event *p_e) {
   // A key is taken (the sequence ends) but not counted as handled.

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "world/Object.h"
 #include "core/utility.h"
+#include "world/Object.h"
 
 namespace qv {
 
@@ -21,8 +21,8 @@ int splash();
 // Rows shorter than width are padded with blanks, longer ones cut, so every
 // frame holds exactly width x height characters. An empty label leaves the
 // sprite unlabelled.
-std::unique_ptr<Sprite> makeSprite(const std::string &label, int width, int height,
-                                   Color color, int slowdown,
+std::unique_ptr<Sprite> makeSprite(const std::string &label, int width, int height, Color color,
+                                   int slowdown,
                                    const std::vector<std::vector<std::string>> &frames);
 
 // What the two splash objects share. Setting up: type name, SPECTRAL, the

@@ -21,8 +21,8 @@ const float ARRIVAL_TOLERANCE = 0.001f;
 }  // namespace
 
 SplashQuorvelle::SplashQuorvelle(Vector target)
-    : m_p_sprite(makeSprite("splash-quorvelle", 11, 7, BLUE, 2,
-                            {splashEmblem(0), splashEmblem(1)})),
+    : m_p_sprite(
+          makeSprite("splash-quorvelle", 11, 7, BLUE, 2, {splashEmblem(0), splashEmblem(1)})),
       m_target(target),
       m_step_count(RISE_STEPS) {
   setUpSplashObject(this, "SplashQuorvelle", m_p_sprite.get());
@@ -33,7 +33,9 @@ SplashQuorvelle::SplashQuorvelle(Vector target)
   setVelocity(Vector(0, -(start.getY() - target.getY()) / RISE_STEPS));
 }
 
-SplashQuorvelle::~SplashQuorvelle() { withdrawSplashInterests(this); }
+SplashQuorvelle::~SplashQuorvelle() {
+  withdrawSplashInterests(this);
+}
 
 int SplashQuorvelle::eventHandler(const Event *p_e) {
   const int ending = leaveAtSplashEnd(this, p_e);
@@ -59,6 +61,8 @@ int SplashQuorvelle::eventHandler(const Event *p_e) {
   return 1;
 }
 
-Vector SplashQuorvelle::getTarget() const { return m_target; }
+Vector SplashQuorvelle::getTarget() const {
+  return m_target;
+}
 
 }  // namespace qv

@@ -36,40 +36,65 @@ Sprite::Sprite(int max_frames)
 Sprite::~Sprite() = default;
 
 int Sprite::addFrame(Frame new_frame) {
-  if (m_frame_count >= m_max_frame_count)
-    return -1;
+  if (m_frame_count >= m_max_frame_count) return -1;
   m_frame[static_cast<std::size_t>(m_frame_count)] = std::move(new_frame);
   m_frame_count++;
   return 0;
 }
 
-void Sprite::setWidth(int width) { m_width = width; }
-void Sprite::setHeight(int height) { m_height = height; }
-void Sprite::setColor(Color color) { m_color = color; }
-void Sprite::setSlowdown(int slowdown) { m_slowdown = slowdown; }
-void Sprite::setTransparency(char transparency) { m_transparency = transparency; }
-void Sprite::setLabel(std::string label) { m_label = std::move(label); }
+void Sprite::setWidth(int width) {
+  m_width = width;
+}
+void Sprite::setHeight(int height) {
+  m_height = height;
+}
+void Sprite::setColor(Color color) {
+  m_color = color;
+}
+void Sprite::setSlowdown(int slowdown) {
+  m_slowdown = slowdown;
+}
+void Sprite::setTransparency(char transparency) {
+  m_transparency = transparency;
+}
+void Sprite::setLabel(std::string label) {
+  m_label = std::move(label);
+}
 
-int Sprite::getWidth() const { return m_width; }
-int Sprite::getHeight() const { return m_height; }
-Color Sprite::getColor() const { return m_color; }
-int Sprite::getSlowdown() const { return m_slowdown; }
-char Sprite::getTransparency() const { return m_transparency; }
-std::string Sprite::getLabel() const { return m_label; }
-int Sprite::getFrameCount() const { return m_frame_count; }
-int Sprite::getMaxFrameCount() const { return m_max_frame_count; }
+int Sprite::getWidth() const {
+  return m_width;
+}
+int Sprite::getHeight() const {
+  return m_height;
+}
+Color Sprite::getColor() const {
+  return m_color;
+}
+int Sprite::getSlowdown() const {
+  return m_slowdown;
+}
+char Sprite::getTransparency() const {
+  return m_transparency;
+}
+std::string Sprite::getLabel() const {
+  return m_label;
+}
+int Sprite::getFrameCount() const {
+  return m_frame_count;
+}
+int Sprite::getMaxFrameCount() const {
+  return m_max_frame_count;
+}
 
 Frame Sprite::getFrame(int index) const {
-  if (index < 0 || index >= m_frame_count)
-    return Frame();
+  if (index < 0 || index >= m_frame_count) return Frame();
   return m_frame[static_cast<std::size_t>(index)];
 }
 
 int Sprite::draw(int index, Vector position, char transparent, int transform) const {
   // Drawn in place rather than through getFrame's copy: this runs for every
   // visible object every frame.
-  if (index < 0 || index >= m_frame_count)
-    return 0;
+  if (index < 0 || index >= m_frame_count) return 0;
   return m_frame[static_cast<std::size_t>(index)].draw(position, m_color, transparent, transform);
 }
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "core/utility.h"
 #include "graphics/Frame.h"
 #include "world/Vector.h"
-#include "core/utility.h"
 
 namespace qv {
 
@@ -48,15 +48,15 @@ class Sprite {
   Sprite(const Sprite &) = delete;
   Sprite &operator=(const Sprite &) = delete;
 
-  int m_width;                  // 0: width of every frame
-  int m_height;                 // 0: height of every frame
-  int m_max_frame_count;        // capacity, fixed at construction
-  int m_frame_count;            // 0: frames added so far
-  Color m_color;                // WHITE: colour of every character
-  int m_slowdown;               // 1: game frames each sprite frame is shown
-  char m_transparency;          // 0: no transparent character
-  std::vector<Frame> m_frame;   // max_frame_count slots, the first frame_count used
-  std::string m_label;          // "[Undefined]" until the resource manager names it
+  int m_width;                 // 0: width of every frame
+  int m_height;                // 0: height of every frame
+  int m_max_frame_count;       // capacity, fixed at construction
+  int m_frame_count;           // 0: frames added so far
+  Color m_color;               // WHITE: colour of every character
+  int m_slowdown;              // 1: game frames each sprite frame is shown
+  char m_transparency;         // 0: no transparent character
+  std::vector<Frame> m_frame;  // max_frame_count slots, the first frame_count used
+  std::string m_label;         // "[Undefined]" until the resource manager names it
 };
 
 }  // namespace qv

@@ -5,8 +5,8 @@
 #include <istream>
 #include <sstream>
 
-#include "graphics/DisplayManager.h"
 #include "core/LogManager.h"
+#include "graphics/DisplayManager.h"
 
 namespace qv {
 
@@ -98,8 +98,8 @@ int TextBox::draw() {
   // The newest lines stay visible: the oldest are dropped.
   const int skip = count > m_size.getY() ? static_cast<int>(count - m_size.getY()) : 0;
   for (int i = skip; i < count; i++)
-    result += display.drawString(Vector(lft, top + (i - skip)), text_lines[i], LEFT_JUSTIFIED,
-                                 color);
+    result +=
+        display.drawString(Vector(lft, top + (i - skip)), text_lines[i], LEFT_JUSTIFIED, color);
   return result;
 }
 
@@ -127,13 +127,22 @@ void TextBox::setWordWrap(bool new_word_wrap) {
   markModified(TEXTBOX_APPEARANCE);
 }
 
-void TextBox::clearText() { m_text.clear(); }
+void TextBox::clearText() {
+  m_text.clear();
+}
 
-std::string TextBox::getText() const { return m_text; }
-Vector TextBox::getSize() const { return m_size; }
-bool TextBox::getPadding() const { return m_padding; }
-bool TextBox::getWordWrap() const { return m_word_wrap; }
-
+std::string TextBox::getText() const {
+  return m_text;
+}
+Vector TextBox::getSize() const {
+  return m_size;
+}
+bool TextBox::getPadding() const {
+  return m_padding;
+}
+bool TextBox::getWordWrap() const {
+  return m_word_wrap;
+}
 
 // ---- records -------------------------------------------------------------------
 

@@ -4,9 +4,9 @@
 #include <istream>
 #include <sstream>
 
+#include "core/LogManager.h"
 #include "graphics/DisplayManager.h"
 #include "graphics/EventView.h"
-#include "core/LogManager.h"
 #include "world/WorldManager.h"
 
 namespace qv {
@@ -127,15 +127,28 @@ void ViewObject::setViewString(std::string new_view_string) {
   markModified(VIEW_APPEARANCE);
 }
 
-std::string ViewObject::getViewString() const { return m_view_string; }
-int ViewObject::getValue() const { return m_value; }
-bool ViewObject::getDrawValue() const { return m_draw_value; }
-bool ViewObject::getBorder() const { return m_border; }
-Color ViewObject::getColor() const { return m_color; }
-int ViewObject::getLocation() const { return m_location; }
+std::string ViewObject::getViewString() const {
+  return m_view_string;
+}
+int ViewObject::getValue() const {
+  return m_value;
+}
+bool ViewObject::getDrawValue() const {
+  return m_draw_value;
+}
+bool ViewObject::getBorder() const {
+  return m_border;
+}
+Color ViewObject::getColor() const {
+  return m_color;
+}
+int ViewObject::getLocation() const {
+  return m_location;
+}
 
-void ViewObject::markModified(unsigned int bits) { setModified(getModified() | bits); }
-
+void ViewObject::markModified(unsigned int bits) {
+  setModified(getModified() | bits);
+}
 
 // ---- records -------------------------------------------------------------------
 
@@ -144,8 +157,8 @@ int ViewObject::serialize(std::stringstream *p_ss, unsigned int attr) {
   const bool trace = log.getLogLevel() >= 25;
   log.writeLog(20, "ViewObject::serialize(): serializing attributes");
   if (log.getLogLevel() >= 20)
-    log.writeLog(20, "ViewObject::serialize(): attr is %u, modified is %u (%s)", attr, getModified(),
-                 boolToString(getModified() != 0).c_str());
+    log.writeLog(20, "ViewObject::serialize(): attr is %u, modified is %u (%s)", attr,
+                 getModified(), boolToString(getModified() != 0).c_str());
   Object::serialize(p_ss, attr);
   unsigned int modified = getModified();
   const unsigned int mask = attr ? attr : modified;

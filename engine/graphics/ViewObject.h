@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "world/Object.h"
 #include "core/utility.h"
+#include "world/Object.h"
 
 namespace qv {
 

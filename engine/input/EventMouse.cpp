@@ -15,7 +15,9 @@ void EventMouse::setMouseButton(Mouse::Button new_mouse_button) {
   m_mouse_button = new_mouse_button;
 }
 
-void EventMouse::setMousePosition(Vector new_mouse_xy) { m_mouse_xy = new_mouse_xy; }
+void EventMouse::setMousePosition(Vector new_mouse_xy) {
+  m_mouse_xy = new_mouse_xy;
+}
 
 MouseAction EventMouse::getMouseAction() const {
   return static_cast<MouseAction>(m_mouse_action);
@@ -25,6 +27,8 @@ Mouse::Button EventMouse::getMouseButton() const {
   return static_cast<Mouse::Button>(m_mouse_button);
 }
 
-Vector EventMouse::getMousePosition() const { return m_mouse_xy; }
+Vector EventMouse::getMousePosition() const {
+  return m_mouse_xy;
+}
 
 }  // namespace qv

@@ -1,18 +1,16 @@
 #include "input/InputManager.h"
 
-#include <dlfcn.h>
-
 #include <X11/keysym.h>
-
-#include <array>
+#include <dlfcn.h>
 
 #include <SFML/Graphics/RenderWindow.hpp>
 #include <SFML/Window/Event.hpp>
+#include <array>
 
 #include "core/Config.h"
-#include "graphics/DisplayManager.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
+#include "graphics/DisplayManager.h"
 #include "platform/platform.h"
 
 namespace qv {
@@ -83,49 +81,49 @@ const KeyPair KEY_TABLE[] = {
 // on purpose: they toggle things (full screen, screenshots) where a held
 // event every frame would repeat the toggle.
 const sf::Keyboard::Key HELD_KEYS[] = {
-    sf::Keyboard::Up,       sf::Keyboard::Down,      sf::Keyboard::Left,
-    sf::Keyboard::Right,    sf::Keyboard::Space,     sf::Keyboard::Enter,
-    sf::Keyboard::Tab,      sf::Keyboard::Escape,    sf::Keyboard::Pause,
-    sf::Keyboard::Subtract, sf::Keyboard::Add,       sf::Keyboard::Tilde,
-    sf::Keyboard::Period,   sf::Keyboard::Comma,     sf::Keyboard::Slash,
-    sf::Keyboard::Equal,    sf::Keyboard::Backslash, sf::Keyboard::Multiply,
-    sf::Keyboard::Quote,    sf::Keyboard::LBracket,  sf::Keyboard::RBracket,
-    sf::Keyboard::Semicolon, sf::Keyboard::LControl, sf::Keyboard::RControl,
-    sf::Keyboard::LShift,   sf::Keyboard::RShift,    sf::Keyboard::F1,
-    sf::Keyboard::F2,       sf::Keyboard::F3,        sf::Keyboard::F4,
-    sf::Keyboard::F5,       sf::Keyboard::F6,        sf::Keyboard::F7,
-    sf::Keyboard::F8,       sf::Keyboard::F9,        sf::Keyboard::F10,
-    sf::Keyboard::A,        sf::Keyboard::B,         sf::Keyboard::C,
-    sf::Keyboard::D,        sf::Keyboard::E,         sf::Keyboard::F,
-    sf::Keyboard::G,        sf::Keyboard::H,         sf::Keyboard::I,
-    sf::Keyboard::J,        sf::Keyboard::K,         sf::Keyboard::L,
-    sf::Keyboard::M,        sf::Keyboard::N,         sf::Keyboard::O,
-    sf::Keyboard::P,        sf::Keyboard::Q,         sf::Keyboard::R,
-    sf::Keyboard::S,        sf::Keyboard::T,         sf::Keyboard::U,
-    sf::Keyboard::V,        sf::Keyboard::W,         sf::Keyboard::X,
-    sf::Keyboard::Y,        sf::Keyboard::Z,         sf::Keyboard::Num1,
-    sf::Keyboard::Num2,     sf::Keyboard::Num3,      sf::Keyboard::Num4,
-    sf::Keyboard::Num5,     sf::Keyboard::Num6,      sf::Keyboard::Num7,
-    sf::Keyboard::Num8,     sf::Keyboard::Num9,      sf::Keyboard::Num0,
+    sf::Keyboard::Up,        sf::Keyboard::Down,      sf::Keyboard::Left,
+    sf::Keyboard::Right,     sf::Keyboard::Space,     sf::Keyboard::Enter,
+    sf::Keyboard::Tab,       sf::Keyboard::Escape,    sf::Keyboard::Pause,
+    sf::Keyboard::Subtract,  sf::Keyboard::Add,       sf::Keyboard::Tilde,
+    sf::Keyboard::Period,    sf::Keyboard::Comma,     sf::Keyboard::Slash,
+    sf::Keyboard::Equal,     sf::Keyboard::Backslash, sf::Keyboard::Multiply,
+    sf::Keyboard::Quote,     sf::Keyboard::LBracket,  sf::Keyboard::RBracket,
+    sf::Keyboard::Semicolon, sf::Keyboard::LControl,  sf::Keyboard::RControl,
+    sf::Keyboard::LShift,    sf::Keyboard::RShift,    sf::Keyboard::F1,
+    sf::Keyboard::F2,        sf::Keyboard::F3,        sf::Keyboard::F4,
+    sf::Keyboard::F5,        sf::Keyboard::F6,        sf::Keyboard::F7,
+    sf::Keyboard::F8,        sf::Keyboard::F9,        sf::Keyboard::F10,
+    sf::Keyboard::A,         sf::Keyboard::B,         sf::Keyboard::C,
+    sf::Keyboard::D,         sf::Keyboard::E,         sf::Keyboard::F,
+    sf::Keyboard::G,         sf::Keyboard::H,         sf::Keyboard::I,
+    sf::Keyboard::J,         sf::Keyboard::K,         sf::Keyboard::L,
+    sf::Keyboard::M,         sf::Keyboard::N,         sf::Keyboard::O,
+    sf::Keyboard::P,         sf::Keyboard::Q,         sf::Keyboard::R,
+    sf::Keyboard::S,         sf::Keyboard::T,         sf::Keyboard::U,
+    sf::Keyboard::V,         sf::Keyboard::W,         sf::Keyboard::X,
+    sf::Keyboard::Y,         sf::Keyboard::Z,         sf::Keyboard::Num1,
+    sf::Keyboard::Num2,      sf::Keyboard::Num3,      sf::Keyboard::Num4,
+    sf::Keyboard::Num5,      sf::Keyboard::Num6,      sf::Keyboard::Num7,
+    sf::Keyboard::Num8,      sf::Keyboard::Num9,      sf::Keyboard::Num0,
     sf::Keyboard::Backspace,
 };
 
 // Names of the window library's keys by code, for log text.
 const char *const SFML_KEY_NAMES[] = {
-    "A",        "B",        "C",         "D",        "E",        "F",         "G",
-    "H",        "I",        "J",         "K",        "L",        "M",         "N",
-    "O",        "P",        "Q",         "R",        "S",        "T",         "U",
-    "V",        "W",        "X",         "Y",        "Z",        "0",         "1",
-    "2",        "3",        "4",         "5",        "6",        "7",         "8",
-    "9",        "Escape",   "LControl",  "LShift",   "LAlt",     "LSystem",   "RControl",
-    "RShift",   "RAlt",     "RSystem",   "Menu",     "[",        "]",         ";",
-    ",",        ".",        "'",         "/",        "\\",       "`",         "=",
-    "-",        "Space",    "Enter",     "Backspace", "Tab",     "Page Up",   "Page Down",
-    "End",      "Home",     "Insert",    "Delete",   "Add",      "Subtract",  "Multiply",
-    "Divide",   "Left",     "Right",     "Up",       "Down",     "Numpad 0",  "Numpad 1",
-    "Numpad 2", "Numpad 3", "Numpad 4",  "Numpad 5", "Numpad 6", "Numpad 7",  "Numpad 8",
-    "Numpad 9", "F1",       "F2",        "F3",       "F4",       "F5",        "F6",
-    "F7",       "F8",       "F9",        "F10",      "F11",      "F12",       "F13",
+    "A",        "B",        "C",        "D",         "E",        "F",        "G",
+    "H",        "I",        "J",        "K",         "L",        "M",        "N",
+    "O",        "P",        "Q",        "R",         "S",        "T",        "U",
+    "V",        "W",        "X",        "Y",         "Z",        "0",        "1",
+    "2",        "3",        "4",        "5",         "6",        "7",        "8",
+    "9",        "Escape",   "LControl", "LShift",    "LAlt",     "LSystem",  "RControl",
+    "RShift",   "RAlt",     "RSystem",  "Menu",      "[",        "]",        ";",
+    ",",        ".",        "'",        "/",         "\\",       "`",        "=",
+    "-",        "Space",    "Enter",    "Backspace", "Tab",      "Page Up",  "Page Down",
+    "End",      "Home",     "Insert",   "Delete",    "Add",      "Subtract", "Multiply",
+    "Divide",   "Left",     "Right",    "Up",        "Down",     "Numpad 0", "Numpad 1",
+    "Numpad 2", "Numpad 3", "Numpad 4", "Numpad 5",  "Numpad 6", "Numpad 7", "Numpad 8",
+    "Numpad 9", "F1",       "F2",       "F3",        "F4",       "F5",       "F6",
+    "F7",       "F8",       "F9",       "F10",       "F11",      "F12",      "F13",
     "F14",      "F15",      "Pause",
 };
 static_assert(sizeof(SFML_KEY_NAMES) / sizeof(SFML_KEY_NAMES[0]) == sf::Keyboard::KeyCount,
@@ -155,34 +153,62 @@ unsigned long keysymOf(sf::Keyboard::Key key) {
     return XK_0 + (key - sf::Keyboard::Num0);
   if (key >= sf::Keyboard::F1 && key <= sf::Keyboard::F15) return XK_F1 + (key - sf::Keyboard::F1);
   switch (key) {
-    case sf::Keyboard::Up: return XK_Up;
-    case sf::Keyboard::Down: return XK_Down;
-    case sf::Keyboard::Left: return XK_Left;
-    case sf::Keyboard::Right: return XK_Right;
-    case sf::Keyboard::Space: return XK_space;
-    case sf::Keyboard::Enter: return XK_Return;
-    case sf::Keyboard::Tab: return XK_Tab;
-    case sf::Keyboard::Escape: return XK_Escape;
-    case sf::Keyboard::Pause: return XK_Pause;
-    case sf::Keyboard::Subtract: return XK_KP_Subtract;
-    case sf::Keyboard::Add: return XK_KP_Add;
-    case sf::Keyboard::Tilde: return XK_grave;
-    case sf::Keyboard::Period: return XK_period;
-    case sf::Keyboard::Comma: return XK_comma;
-    case sf::Keyboard::Slash: return XK_slash;
-    case sf::Keyboard::Equal: return XK_equal;
-    case sf::Keyboard::Backslash: return XK_backslash;
-    case sf::Keyboard::Multiply: return XK_KP_Multiply;
-    case sf::Keyboard::Quote: return XK_apostrophe;
-    case sf::Keyboard::LBracket: return XK_bracketleft;
-    case sf::Keyboard::RBracket: return XK_bracketright;
-    case sf::Keyboard::Semicolon: return XK_semicolon;
-    case sf::Keyboard::LControl: return XK_Control_L;
-    case sf::Keyboard::RControl: return XK_Control_R;
-    case sf::Keyboard::LShift: return XK_Shift_L;
-    case sf::Keyboard::RShift: return XK_Shift_R;
-    case sf::Keyboard::Backspace: return XK_BackSpace;
-    default: return 0;
+    case sf::Keyboard::Up:
+      return XK_Up;
+    case sf::Keyboard::Down:
+      return XK_Down;
+    case sf::Keyboard::Left:
+      return XK_Left;
+    case sf::Keyboard::Right:
+      return XK_Right;
+    case sf::Keyboard::Space:
+      return XK_space;
+    case sf::Keyboard::Enter:
+      return XK_Return;
+    case sf::Keyboard::Tab:
+      return XK_Tab;
+    case sf::Keyboard::Escape:
+      return XK_Escape;
+    case sf::Keyboard::Pause:
+      return XK_Pause;
+    case sf::Keyboard::Subtract:
+      return XK_KP_Subtract;
+    case sf::Keyboard::Add:
+      return XK_KP_Add;
+    case sf::Keyboard::Tilde:
+      return XK_grave;
+    case sf::Keyboard::Period:
+      return XK_period;
+    case sf::Keyboard::Comma:
+      return XK_comma;
+    case sf::Keyboard::Slash:
+      return XK_slash;
+    case sf::Keyboard::Equal:
+      return XK_equal;
+    case sf::Keyboard::Backslash:
+      return XK_backslash;
+    case sf::Keyboard::Multiply:
+      return XK_KP_Multiply;
+    case sf::Keyboard::Quote:
+      return XK_apostrophe;
+    case sf::Keyboard::LBracket:
+      return XK_bracketleft;
+    case sf::Keyboard::RBracket:
+      return XK_bracketright;
+    case sf::Keyboard::Semicolon:
+      return XK_semicolon;
+    case sf::Keyboard::LControl:
+      return XK_Control_L;
+    case sf::Keyboard::RControl:
+      return XK_Control_R;
+    case sf::Keyboard::LShift:
+      return XK_Shift_L;
+    case sf::Keyboard::RShift:
+      return XK_Shift_R;
+    case sf::Keyboard::Backspace:
+      return XK_BackSpace;
+    default:
+      return 0;
   }
 }
 
@@ -203,8 +229,8 @@ class KeymapSnapshot {
     m_open_display = reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
     m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
     m_query_keymap = reinterpret_cast<int (*)(void *, char *)>(dlsym(RTLD_DEFAULT, "XQueryKeymap"));
-    m_keysym_to_keycode =
-        reinterpret_cast<unsigned char (*)(void *, unsigned long)>(dlsym(RTLD_DEFAULT, "XKeysymToKeycode"));
+    m_keysym_to_keycode = reinterpret_cast<unsigned char (*)(void *, unsigned long)>(
+        dlsym(RTLD_DEFAULT, "XKeysymToKeycode"));
     if (!m_open_display || !m_close_display || !m_query_keymap || !m_keysym_to_keycode)
       return false;
     m_p_display = m_open_display(nullptr);
@@ -234,13 +260,13 @@ class KeymapSnapshot {
   }
 
  private:
-  void *m_p_display = nullptr;                                  // own server connection
-  void *(*m_open_display)(const char *) = nullptr;              // XOpenDisplay
-  int (*m_close_display)(void *) = nullptr;                     // XCloseDisplay
-  int (*m_query_keymap)(void *, char *) = nullptr;              // XQueryKeymap
+  void *m_p_display = nullptr;                                            // own server connection
+  void *(*m_open_display)(const char *) = nullptr;                        // XOpenDisplay
+  int (*m_close_display)(void *) = nullptr;                               // XCloseDisplay
+  int (*m_query_keymap)(void *, char *) = nullptr;                        // XQueryKeymap
   unsigned char (*m_keysym_to_keycode)(void *, unsigned long) = nullptr;  // XKeysymToKeycode
-  std::array<char, 32> m_keys{};                                // one bit per key code
-  bool m_valid = false;                                         // m_keys holds a picture
+  std::array<char, 32> m_keys{};                                          // one bit per key code
+  bool m_valid = false;                                                   // m_keys holds a picture
   bool m_unavailable = false;  // no X library or server: not asked again
 };
 
@@ -251,7 +277,9 @@ KeymapSnapshot &keymap() {
 
 }  // namespace
 
-bool refreshKeyboardState() { return keymap().refresh(); }
+bool refreshKeyboardState() {
+  return keymap().refresh();
+}
 
 bool isKeyDown(sf::Keyboard::Key key) {
   return keymap().isValid() ? keymap().isDown(key) : sf::Keyboard::isKeyPressed(key);
@@ -264,16 +292,22 @@ Keyboard::Key toEngineKey(sf::Keyboard::Key sfml_key) {
 
 Mouse::Button toEngineButton(sf::Mouse::Button sfml_button) {
   switch (sfml_button) {
-    case sf::Mouse::Left: return Mouse::LEFT;
-    case sf::Mouse::Right: return Mouse::RIGHT;
-    case sf::Mouse::Middle: return Mouse::MIDDLE;
-    default: return Mouse::UNDEFINED_MOUSE_BUTTON;
+    case sf::Mouse::Left:
+      return Mouse::LEFT;
+    case sf::Mouse::Right:
+      return Mouse::RIGHT;
+    case sf::Mouse::Middle:
+      return Mouse::MIDDLE;
+    default:
+      return Mouse::UNDEFINED_MOUSE_BUTTON;
   }
 }
 
 // ---- lifecycle -------------------------------------------------------------------
 
-InputManager::InputManager() { setType("InputManager"); }
+InputManager::InputManager() {
+  setType("InputManager");
+}
 
 InputManager &InputManager::getInstance() {
   static InputManager input_manager;
@@ -299,8 +333,9 @@ int InputManager::startUp() {
       p_window->setKeyRepeatEnabled(false);
       log.writeLog(2, "InputManager::startUp(): Keyboard repeated disabled.");
     } else {
-      log.writeLog("InputManager::startUp(): Warning! DisplayManager null. Cannot disable "
-                   "keyboard repeat.");
+      log.writeLog(
+          "InputManager::startUp(): Warning! DisplayManager null. Cannot disable "
+          "keyboard repeat.");
     }
   }
   Manager::startUp();
@@ -338,9 +373,9 @@ void InputManager::getInput() {
     if (!handleEvent(event)) return;
 
   const sf::Vector2i pointer = sf::Mouse::getPosition(*p_window);
-  deliverHeldButtons(pixelsToSpaces(Vector(static_cast<float>(pointer.x),
-                                           static_cast<float>(pointer.y))),
-                     &sf::Mouse::isButtonPressed);
+  deliverHeldButtons(
+      pixelsToSpaces(Vector(static_cast<float>(pointer.x), static_cast<float>(pointer.y))),
+      &sf::Mouse::isButtonPressed);
   refreshKeyboardState();
   deliverHeldKeys(&isKeyDown);
 }
@@ -348,8 +383,8 @@ void InputManager::getInput() {
 bool InputManager::handleEvent(const sf::Event &event) {
   switch (event.type) {
     case sf::Event::Closed:
-      LogManager::getInstance().writeLog(1,
-                                         "InputManager::getInput(): Window closed. Setting game over.");
+      LogManager::getInstance().writeLog(
+          1, "InputManager::getInput(): Window closed. Setting game over.");
       GameManager::getInstance().setGameOver(true);
       // Closing the window ends the program, not just the loop that is running
       // (the splash screen runs a loop of its own before the game's).
@@ -398,8 +433,7 @@ EventKeyboard InputManager::toEventKeyboard(const sf::Event &event) const {
 }
 
 void InputManager::deliverHeldButtons(Vector position, bool (*is_down)(sf::Mouse::Button)) {
-  static const sf::Mouse::Button BUTTONS[] = {sf::Mouse::Left, sf::Mouse::Right,
-                                              sf::Mouse::Middle};
+  static const sf::Mouse::Button BUTTONS[] = {sf::Mouse::Left, sf::Mouse::Right, sf::Mouse::Middle};
   EventMouse held;
   held.setMouseAction(MOUSE_HELD);
   held.setMousePosition(position);

@@ -1,14 +1,13 @@
 #ifndef QV_INPUT_MANAGER_H
 #define QV_INPUT_MANAGER_H
 
-#include <string>
-
 #include <SFML/Window/Keyboard.hpp>
 #include <SFML/Window/Mouse.hpp>
+#include <string>
 
+#include "core/Manager.h"
 #include "input/EventKeyboard.h"
 #include "input/EventMouse.h"
-#include "core/Manager.h"
 #include "world/Vector.h"
 
 namespace sf {

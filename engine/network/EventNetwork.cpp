@@ -12,25 +12,38 @@ EventNetwork::EventNetwork(int label)
 
 void EventNetwork::setLabel(int new_label) {
   if (new_label < NETWORK_UNDEFINED || new_label > NETWORK_CONNECT) {
-    LogManager::getInstance().writeLog("EventNetwork::setLabel(): Undefined type (%d).",
-                                       new_label);
+    LogManager::getInstance().writeLog("EventNetwork::setLabel(): Undefined type (%d).", new_label);
     new_label = NETWORK_UNDEFINED;
   }
   m_label = new_label;
 }
 
-void EventNetwork::setSocketIndex(int new_socket_index) { m_socket_index = new_socket_index; }
+void EventNetwork::setSocketIndex(int new_socket_index) {
+  m_socket_index = new_socket_index;
+}
 
-void EventNetwork::setBytes(int new_bytes) { m_bytes = new_bytes; }
+void EventNetwork::setBytes(int new_bytes) {
+  m_bytes = new_bytes;
+}
 
-void EventNetwork::setMessage(const void *p_new_message) { m_p_message = p_new_message; }
+void EventNetwork::setMessage(const void *p_new_message) {
+  m_p_message = p_new_message;
+}
 
-int EventNetwork::getLabel() const { return m_label; }
+int EventNetwork::getLabel() const {
+  return m_label;
+}
 
-int EventNetwork::getSocketIndex() const { return m_socket_index; }
+int EventNetwork::getSocketIndex() const {
+  return m_socket_index;
+}
 
-int EventNetwork::getBytes() const { return m_bytes; }
+int EventNetwork::getBytes() const {
+  return m_bytes;
+}
 
-const void *EventNetwork::getMessage() const { return m_p_message; }
+const void *EventNetwork::getMessage() const {
+  return m_p_message;
+}
 
 }  // namespace qv

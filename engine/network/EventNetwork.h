@@ -38,10 +38,10 @@ class EventNetwork : public Event {
   const void *getMessage() const;
 
  private:
-  int m_label;                 // what happened, NETWORK_UNDEFINED when unknown
-  int m_socket_index;          // -1, index of the connection
-  int m_bytes;                 // 0, size of the message
-  const void *m_p_message;     // null, not owned
+  int m_label;              // what happened, NETWORK_UNDEFINED when unknown
+  int m_socket_index;       // -1, index of the connection
+  int m_bytes;              // 0, size of the message
+  const void *m_p_message;  // null, not owned
 };
 
 }  // namespace qv

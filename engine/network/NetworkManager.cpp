@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "network/EventNetwork.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
+#include "network/EventNetwork.h"
 #include "platform/sockets.h"
 
 namespace qv {
@@ -62,28 +62,37 @@ void NetworkManager::shutDown() {
 bool NetworkManager::isValid(std::string event_type) const {
   for (const char *p_type : NETWORK_TYPES)
     if (event_type == p_type) return true;
-  LogManager::getInstance().writeLog("NetworkManager::isValid(): Error! NetworkManager does not handle %s.",
-                                     event_type.c_str());
+  LogManager::getInstance().writeLog(
+      "NetworkManager::isValid(): Error! NetworkManager does not handle %s.", event_type.c_str());
   return false;
 }
 
 // ---- queries -------------------------------------------------------------------
 
-bool NetworkManager::isServer() const { return m_server != -1; }
+bool NetworkManager::isServer() const {
+  return m_server != -1;
+}
 
 bool NetworkManager::isConnected(int sock) const {
   if (sock < -1) {
-    LogManager::getInstance().writeLog("NetworkManager::isConnected(): Warning! Sock less than -1.");
+    LogManager::getInstance().writeLog(
+        "NetworkManager::isConnected(): Warning! Sock less than -1.");
     return false;
   }
   return !m_sock.empty() && sock < static_cast<int>(m_sock.size());
 }
 
-int NetworkManager::getNumConnections() const { return static_cast<int>(m_sock.size()); }
+int NetworkManager::getNumConnections() const {
+  return static_cast<int>(m_sock.size());
+}
 
-int NetworkManager::getMaxConnections() const { return m_max_connections; }
+int NetworkManager::getMaxConnections() const {
+  return m_max_connections;
+}
 
-int NetworkManager::getPort() const { return isServer() ? platform::socketPort(m_server) : -1; }
+int NetworkManager::getPort() const {
+  return isServer() ? platform::socketPort(m_server) : -1;
+}
 
 int NetworkManager::isData(int sock) const {
   if (!validIndex(sock)) return -1;
@@ -139,8 +148,9 @@ int NetworkManager::connect(std::string host, std::string port, int timeout_ms) 
     return -1;
   }
   if (getNumConnections() >= m_max_connections) {
-    log.writeLog("NetworkManager::connect(): Error! Already at max connections (%d), not connecting.",
-                 m_max_connections);
+    log.writeLog(
+        "NetworkManager::connect(): Error! Already at max connections (%d), not connecting.",
+        m_max_connections);
     return -1;
   }
   int handle = platform::socketConnect(host, port, timeout_ms);
@@ -347,8 +357,9 @@ int NetworkManager::sendMessage(const std::string &message, int sock, int frame)
 int NetworkManager::receiveMessage(std::string *p_message, int sock) {
   LogManager &log = LogManager::getInstance();
   if (!validIndex(sock) || !p_message) {
-    log.writeLog("NetworkManager::receiveMessage(): Error! Socket %d not connected. Unable to receive.",
-                 sock);
+    log.writeLog(
+        "NetworkManager::receiveMessage(): Error! Socket %d not connected. Unable to receive.",
+        sock);
     return -1;
   }
   // Take what the socket holds, but never more than one message of the
@@ -376,9 +387,10 @@ int NetworkManager::receiveMessage(std::string *p_message, int sock) {
   if (inbox.size() >= static_cast<std::size_t>(LENGTH_BYTES)) {
     std::uint32_t length = readLength(inbox);
     if (length > static_cast<std::uint32_t>(MAX_MESSAGE_SIZE)) {
-      log.writeLog("NetworkManager::receiveMessage(): Error! Message of %u bytes on socket %d is over "
-                   "the limit of %d. Closing the connection.",
-                   length, sock, MAX_MESSAGE_SIZE);
+      log.writeLog(
+          "NetworkManager::receiveMessage(): Error! Message of %u bytes on socket %d is over "
+          "the limit of %d. Closing the connection.",
+          length, sock, MAX_MESSAGE_SIZE);
       close(sock);
       return -1;
     }
@@ -416,7 +428,8 @@ void NetworkManager::announce(int label, int sock, int bytes, const void *p_mess
   onEvent(&event);
 }
 
-bool NetworkManager::isMessage(const char *operation, const void *bytes, int length, int sock) const {
+bool NetworkManager::isMessage(const char *operation, const void *bytes, int length,
+                               int sock) const {
   if (length >= 0 && (length == 0 || bytes)) return true;
   LogManager::getInstance().writeLog(
       "NetworkManager::%s(): Error! No message of %d bytes to %s on socket %d.", operation, length,

@@ -101,9 +101,9 @@ class NetworkManager : public Manager {
   bool isMessage(const char *operation, const void *bytes, int length, int sock) const;
   void logSocketError(int code) const;
 
-  int m_server;                            // listening socket, -1 when not a server
-  int m_max_connections;                   // DEFAULT_MAX_CONNECTIONS
-  std::vector<Connection> m_sock;          // open connections, in index order
+  int m_server;                    // listening socket, -1 when not a server
+  int m_max_connections;           // DEFAULT_MAX_CONNECTIONS
+  std::vector<Connection> m_sock;  // open connections, in index order
 };
 
 }  // namespace qv

@@ -4,12 +4,12 @@
 #include <cmath>
 #include <new>
 
+#include "core/LogManager.h"
+#include "core/utility.h"
 #include "path/EventPath.h"
 #include "world/Grid.h"
-#include "core/LogManager.h"
 #include "world/Object.h"
 #include "world/WorldManager.h"
-#include "core/utility.h"
 
 namespace qv {
 
@@ -81,7 +81,8 @@ PathFind::PathFind(Object *p_o, Vector start, Vector goal, Object *p_target)
         columns, rows);
     return;
   }
-  for (long long i = 0; i < cells; i++) m_p_nodes[i] = Node{0.0f, 0.0f, {NO_CELL, NO_CELL}, false, false};
+  for (long long i = 0; i < cells; i++)
+    m_p_nodes[i] = Node{0.0f, 0.0f, {NO_CELL, NO_CELL}, false, false};
   // Each cell enters each list at most once, so reserving the whole world
   // here keeps every later step free of allocation.
   try {
@@ -90,7 +91,8 @@ PathFind::PathFind(Object *p_o, Vector start, Vector goal, Object *p_target)
   } catch (const std::bad_alloc &) {
     m_p_nodes.reset();
     LogManager::getInstance().writeLog(
-        "PathFind::PathFind(): Error! Unable to allocate lists for %d x %d cells; the search will fail.",
+        "PathFind::PathFind(): Error! Unable to allocate lists for %d x %d cells; the search will "
+        "fail.",
         columns, rows);
     return;
   }
@@ -98,16 +100,21 @@ PathFind::PathFind(Object *p_o, Vector start, Vector goal, Object *p_target)
   m_rows = rows;
 }
 
-PathFind::~PathFind() {}
+PathFind::~PathFind() {
+}
 
-bool PathFind::inGraph(int x, int y) const { return x >= 0 && y >= 0 && x < m_columns && y < m_rows; }
+bool PathFind::inGraph(int x, int y) const {
+  return x >= 0 && y >= 0 && x < m_columns && y < m_rows;
+}
 
 PathFind::Node &PathFind::node(Cell c) {
-  return m_p_nodes[static_cast<size_t>(c.y) * static_cast<size_t>(m_columns) + static_cast<size_t>(c.x)];
+  return m_p_nodes[static_cast<size_t>(c.y) * static_cast<size_t>(m_columns) +
+                   static_cast<size_t>(c.x)];
 }
 
 const PathFind::Node &PathFind::node(Cell c) const {
-  return m_p_nodes[static_cast<size_t>(c.y) * static_cast<size_t>(m_columns) + static_cast<size_t>(c.x)];
+  return m_p_nodes[static_cast<size_t>(c.y) * static_cast<size_t>(m_columns) +
+                   static_cast<size_t>(c.x)];
 }
 
 // Walks the collision grid cells of the mover's box placed at (x, y) in the
@@ -133,7 +140,8 @@ bool PathFind::isBlocked(int x, int y) const {
   if (outside) verdict = firstHardVerdict(grid.getCellList(-1, -1), m_p_object, box, goal);
   if (verdict != NO_HARD) return verdict == BLOCKING;
   for (int row = std::max(first_row, 0); row <= std::min(last_row, grid.getNumRows() - 1); row++)
-    for (int col = std::max(first_col, 0); col <= std::min(last_col, grid.getNumCols() - 1); col++) {
+    for (int col = std::max(first_col, 0); col <= std::min(last_col, grid.getNumCols() - 1);
+         col++) {
       verdict = firstHardVerdict(grid.getCellList(col, row), m_p_object, box, goal);
       if (verdict != NO_HARD) return verdict == BLOCKING;
     }
@@ -142,7 +150,8 @@ bool PathFind::isBlocked(int x, int y) const {
 
 bool PathFind::touchesTarget(Cell c) const {
   if (!m_p_target || !m_p_object) return false;
-  const Box mover = getWorldBox(m_p_object, Vector(static_cast<float>(c.x), static_cast<float>(c.y)));
+  const Box mover =
+      getWorldBox(m_p_object, Vector(static_cast<float>(c.x), static_cast<float>(c.y)));
   const Box target =
       getWorldBox(m_p_target, Vector(static_cast<float>(m_goal.x), static_cast<float>(m_goal.y)));
   return boxIntersectsBox(mover, target);
@@ -179,8 +188,8 @@ int PathFind::cycleOnce() {
   if (m_result != PATH_SEARCHING) return m_result;
   if (!inGraph(m_start.x, m_start.y)) {
     LogManager::getInstance().writeLog(
-        "PathFind::cycleOnce(): Warning! start cell (%d,%d) outside the world; no path.",
-        m_start.x, m_start.y);
+        "PathFind::cycleOnce(): Warning! start cell (%d,%d) outside the world; no path.", m_start.x,
+        m_start.y);
     return m_result = PATH_FAILED;
   }
 
@@ -219,7 +228,8 @@ int PathFind::cycleOnce() {
       const int ey = ny - m_goal.y;
       n.parent = current;
       n.g = g2;
-      n.f = static_cast<float>(g2 + std::sqrt(static_cast<double>(ex) * ex + static_cast<double>(ey) * ey));
+      n.f = static_cast<float>(
+          g2 + std::sqrt(static_cast<double>(ex) * ex + static_cast<double>(ey) * ey));
     }
   }
   if (m_open.empty()) return m_result = PATH_FAILED;
@@ -244,9 +254,13 @@ Path PathFind::getPath() const {
   return path;
 }
 
-Object *PathFind::getObject() const { return m_p_object; }
+Object *PathFind::getObject() const {
+  return m_p_object;
+}
 
-Object *PathFind::getTarget() const { return m_p_target; }
+Object *PathFind::getTarget() const {
+  return m_p_target;
+}
 
 Vector PathFind::getStart() const {
   return Vector(static_cast<float>(m_start.x), static_cast<float>(m_start.y));
@@ -256,16 +270,28 @@ Vector PathFind::getGoal() const {
   return Vector(static_cast<float>(m_goal.x), static_cast<float>(m_goal.y));
 }
 
-bool PathFind::isFound() const { return m_found; }
+bool PathFind::isFound() const {
+  return m_found;
+}
 
-bool PathFind::isAllocated() const { return m_p_nodes != nullptr; }
+bool PathFind::isAllocated() const {
+  return m_p_nodes != nullptr;
+}
 
-int PathFind::getColumns() const { return m_columns; }
+int PathFind::getColumns() const {
+  return m_columns;
+}
 
-int PathFind::getRows() const { return m_rows; }
+int PathFind::getRows() const {
+  return m_rows;
+}
 
-int PathFind::getOpenCount() const { return static_cast<int>(m_open.size()); }
+int PathFind::getOpenCount() const {
+  return static_cast<int>(m_open.size());
+}
 
-int PathFind::getClosedCount() const { return static_cast<int>(m_closed.size()); }
+int PathFind::getClosedCount() const {
+  return static_cast<int>(m_closed.size());
+}
 
 }  // namespace qv

@@ -25,10 +25,9 @@ class Object;
 class PathFind {
  public:
   // A search for p_o from cell start to cell goal (both rounded to the
-  // nearest cell, whose centre the position is closest to), optionally ending as soon as p_o touches p_target. The
-  // node graph covers the world manager's current boundary and is
-  // allocated here, once; with an empty boundary it stays unallocated and
-  // the first step fails.
+  // nearest cell, whose centre the position is closest to), optionally ending as soon as p_o
+  // touches p_target. The node graph covers the world manager's current boundary and is allocated
+  // here, once; with an empty boundary it stays unallocated and the first step fails.
   PathFind(Object *p_o, Vector start, Vector goal, Object *p_target = nullptr);
   // Releases the node graph and both lists.
   ~PathFind();
@@ -66,11 +65,11 @@ class PathFind {
   };
   // Search state of one world cell.
   struct Node {
-    float g;        // cost from the start
-    float f;        // g plus the estimate to the goal
-    Cell parent;    // the cell it was reached from, (-1,-1) unset
-    bool open;      // listed in the open list
-    bool closed;    // listed in the closed list
+    float g;      // cost from the start
+    float f;      // g plus the estimate to the goal
+    Cell parent;  // the cell it was reached from, (-1,-1) unset
+    bool open;    // listed in the open list
+    bool closed;  // listed in the closed list
   };
 
   bool inGraph(int x, int y) const;
@@ -79,17 +78,17 @@ class PathFind {
   bool touchesTarget(Cell c) const;
   void takeBestOpen(Cell &current);
 
-  Object *m_p_object;              // the mover, not owned
-  Object *m_p_target;              // null, or the object to reach, not owned
-  Cell m_start;                    // where the search starts
-  Cell m_goal;                     // where it ends
-  int m_columns;                   // world boundary's horizontal extent
-  int m_rows;                      // world boundary's vertical extent
+  Object *m_p_object;                 // the mover, not owned
+  Object *m_p_target;                 // null, or the object to reach, not owned
+  Cell m_start;                       // where the search starts
+  Cell m_goal;                        // where it ends
+  int m_columns;                      // world boundary's horizontal extent
+  int m_rows;                         // world boundary's vertical extent
   std::unique_ptr<Node[]> m_p_nodes;  // rows x columns, null when not allocated
-  std::vector<Cell> m_open;        // found, not expanded, in the order found
-  std::vector<Cell> m_closed;      // expanded, in order
-  bool m_found;                    // the goal was reached
-  int m_result;                    // PATH_SEARCHING until the search ends
+  std::vector<Cell> m_open;           // found, not expanded, in the order found
+  std::vector<Cell> m_closed;         // expanded, in order
+  bool m_found;                       // the goal was reached
+  int m_result;                       // PATH_SEARCHING until the search ends
 };
 
 }  // namespace qv

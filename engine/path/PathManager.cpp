@@ -4,11 +4,11 @@
 #include <cstdint>
 
 #include "core/Clock.h"
-#include "path/EventPath.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
-#include "world/Object.h"
+#include "path/EventPath.h"
 #include "path/PathFind.h"
+#include "world/Object.h"
 
 namespace qv {
 
@@ -17,7 +17,8 @@ PathManager::PathManager()
   setType("PathManager");
 }
 
-PathManager::~PathManager() {}
+PathManager::~PathManager() {
+}
 
 PathManager &PathManager::getInstance() {
   static PathManager path_manager;
@@ -123,9 +124,13 @@ void PathManager::cycle(int budget_ms) {
     LogManager::getInstance().writeLog(5, "PathManager::cycle(): cycle time %d exceeded.", budget);
 }
 
-int PathManager::getMinCycleTime() const { return m_min_cycle_time; }
+int PathManager::getMinCycleTime() const {
+  return m_min_cycle_time;
+}
 
-int PathManager::getSearchCount() const { return static_cast<int>(m_searches.size()); }
+int PathManager::getSearchCount() const {
+  return static_cast<int>(m_searches.size());
+}
 
 bool PathManager::isListed(const PathFind *p_path_find) const {
   return std::find(m_searches.begin(), m_searches.end(), p_path_find) != m_searches.end();

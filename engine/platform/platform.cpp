@@ -1,11 +1,11 @@
 #include "platform/platform.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <ctime>
 #include <vector>
-
-#include <unistd.h>
 
 namespace qv {
 namespace platform {
@@ -13,7 +13,9 @@ namespace platform {
 namespace {
 volatile std::sig_atomic_t g_stop_requested = 0;
 
-void onStopSignal(int) { g_stop_requested = 1; }
+void onStopSignal(int) {
+  g_stop_requested = 1;
+}
 
 int setHandler(void (*handler)(int)) {
   struct sigaction action {};
@@ -51,15 +53,25 @@ std::string currentDirectory(std::size_t max_length) {
   return buffer.data();
 }
 
-int installStopSignals() { return setHandler(onStopSignal); }
+int installStopSignals() {
+  return setHandler(onStopSignal);
+}
 
-void restoreStopSignals() { setHandler(SIG_DFL); }
+void restoreStopSignals() {
+  setHandler(SIG_DFL);
+}
 
-bool stopRequested() { return g_stop_requested != 0; }
+bool stopRequested() {
+  return g_stop_requested != 0;
+}
 
-void clearStopRequest() { g_stop_requested = 0; }
+void clearStopRequest() {
+  g_stop_requested = 0;
+}
 
-void requestStop() { g_stop_requested = 1; }
+void requestStop() {
+  g_stop_requested = 1;
+}
 
 }  // namespace platform
 }  // namespace qv

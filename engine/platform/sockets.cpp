@@ -1,15 +1,15 @@
 #include "platform/sockets.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-
 #include <fcntl.h>
 #include <netdb.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 
 namespace qv {
 namespace platform {
@@ -147,7 +147,9 @@ int socketAvailable(int sock) {
   return waiting;
 }
 
-int socketClose(int sock) { return ::close(sock); }
+int socketClose(int sock) {
+  return ::close(sock);
+}
 
 int socketPort(int sock) {
   sockaddr_storage address{};
@@ -160,9 +162,13 @@ int socketPort(int sock) {
   return std::atoi(port);
 }
 
-int lastSocketError() { return errno; }
+int lastSocketError() {
+  return errno;
+}
 
-bool socketWouldBlock(int code) { return code == EAGAIN || code == EWOULDBLOCK; }
+bool socketWouldBlock(int code) {
+  return code == EAGAIN || code == EWOULDBLOCK;
+}
 
 bool socketBroken(int code) {
   return code == ENOTCONN || code == EBADF || code == EPIPE || code == ECONNRESET;

@@ -6,15 +6,20 @@
 
 namespace qv {
 
-Music::Music() : m_label("[Undefined]") {}
+Music::Music() : m_label("[Undefined]") {
+}
 
 int Music::loadMusic(std::string filename) {
   return m_music.openFromFile(filename) ? 0 : -1;
 }
 
-void Music::setLabel(std::string new_label) { m_label = std::move(new_label); }
+void Music::setLabel(std::string new_label) {
+  m_label = std::move(new_label);
+}
 
-std::string Music::getLabel() const { return m_label; }
+std::string Music::getLabel() const {
+  return m_label;
+}
 
 void Music::play(bool loop) {
   LogManager::getInstance().writeLog(5, "Music::play(): Playing music.");
@@ -27,6 +32,8 @@ void Music::stop() {
   m_music.stop();
 }
 
-sf::Music *Music::getMusic() { return &m_music; }
+sf::Music *Music::getMusic() {
+  return &m_music;
+}
 
 }  // namespace qv

@@ -1,9 +1,8 @@
 #ifndef QV_MUSIC_H
 #define QV_MUSIC_H
 
-#include <string>
-
 #include <SFML/Audio/Music.hpp>
+#include <string>
 
 namespace qv {
 

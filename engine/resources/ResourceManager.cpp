@@ -65,9 +65,15 @@ T matchLine(std::vector<std::string> &lines, const char *key, T none, const char
   return value;
 }
 
-std::string labelOf(const std::unique_ptr<Sprite> &p_sprite) { return p_sprite->getLabel(); }
-std::string labelOf(const Sound &sound) { return sound.getLabel(); }
-std::string labelOf(const Music &music) { return music.getLabel(); }
+std::string labelOf(const std::unique_ptr<Sprite> &p_sprite) {
+  return p_sprite->getLabel();
+}
+std::string labelOf(const Sound &sound) {
+  return sound.getLabel();
+}
+std::string labelOf(const Music &music) {
+  return music.getLabel();
+}
 
 // The first of the count loaded items whose label is label, in load order;
 // null, after the warning, when there is none.
@@ -103,7 +109,8 @@ ResourceManager::ResourceManager() : m_sprite_count(0), m_sound_count(0), m_musi
   setType("ResourceManager");
 }
 
-ResourceManager::~ResourceManager() {}
+ResourceManager::~ResourceManager() {
+}
 
 ResourceManager &ResourceManager::getInstance() {
   static ResourceManager resource_manager;
@@ -133,9 +140,15 @@ void ResourceManager::shutDown() {
   LogManager::getInstance().writeLog(5, "RM::shutDown(): successfully stopped.");
 }
 
-int ResourceManager::getSpriteCount() const { return m_sprite_count; }
-int ResourceManager::getSoundCount() const { return m_sound_count; }
-int ResourceManager::getMusicCount() const { return m_music_count; }
+int ResourceManager::getSpriteCount() const {
+  return m_sprite_count;
+}
+int ResourceManager::getSoundCount() const {
+  return m_sound_count;
+}
+int ResourceManager::getMusicCount() const {
+  return m_music_count;
+}
 
 // ---- sprites ---------------------------------------------------------------------
 
@@ -224,8 +237,8 @@ Sprite *ResourceManager::loadSimpleSprite(std::ifstream &file) {
     }
     number[i] = readNumber(line);
     if (i == 0 && number[i] < 1) {
-      log.writeLog("RM::loadSimpleSprite(): Error line %d! Number of frames is %d.",
-                   s_line_number, number[i]);
+      log.writeLog("RM::loadSimpleSprite(): Error line %d! Number of frames is %d.", s_line_number,
+                   number[i]);
       return nullptr;
     }
     static const char *const INVALID[] = {
@@ -368,8 +381,7 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
   const int body_base = s_line_number;
   std::vector<std::string> body = readData(file, "BODY");
   if (body.empty()) return nullptr;
-  log.writeLog(20,
-               "ResourceManager::loadRobustSprite(): After reading body: line number is '%d'",
+  log.writeLog(20, "ResourceManager::loadRobustSprite(): After reading body: line number is '%d'",
                s_line_number);
 
   // Every frame takes at least its "end" line, so no more frames than body
@@ -433,10 +445,9 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
 }
 
 Sprite *ResourceManager::getSprite(std::string label) const {
-  const std::unique_ptr<Sprite> *p_found =
-      findByLabel(m_p_sprite.data(), m_sprite_count, label,
-                  "RM::getSprite(): Looking for sprite '%s'.",
-                  "RM::getSprite(): Warning! Sprite '%s' not found.");
+  const std::unique_ptr<Sprite> *p_found = findByLabel(
+      m_p_sprite.data(), m_sprite_count, label, "RM::getSprite(): Looking for sprite '%s'.",
+      "RM::getSprite(): Warning! Sprite '%s' not found.");
   return p_found ? p_found->get() : nullptr;
 }
 
@@ -465,7 +476,8 @@ int ResourceManager::loadSound(std::string filename, std::string label) {
 }
 
 Sound *ResourceManager::getSound(std::string label) {
-  return findByLabel(m_sound.data(), m_sound_count, label, "RM::getSound(): Looking for sound '%s'.",
+  return findByLabel(m_sound.data(), m_sound_count, label,
+                     "RM::getSound(): Looking for sound '%s'.",
                      "RM::getSound(): Warning! Sound '%s' not found.");
 }
 
@@ -495,7 +507,8 @@ int ResourceManager::loadMusic(std::string filename, std::string label) {
 }
 
 Music *ResourceManager::getMusic(std::string label) {
-  return findByLabel(m_music.data(), m_music_count, label, "RM::getMusic(): Looking for music '%s'.",
+  return findByLabel(m_music.data(), m_music_count, label,
+                     "RM::getMusic(): Looking for music '%s'.",
                      "RM::getMusic(): Warning! Music '%s' not found.");
 }
 

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "graphics/Frame.h"
 #include "core/Manager.h"
+#include "graphics/Frame.h"
+#include "graphics/Sprite.h"
 #include "resources/Music.h"
 #include "resources/Sound.h"
-#include "graphics/Sprite.h"
 
 namespace qv {
 

@@ -1,18 +1,20 @@
 #include "resources/Sound.h"
 
+#include <SFML/Audio/Sound.hpp>
 #include <new>
 #include <utility>
-
-#include <SFML/Audio/Sound.hpp>
 
 #include "core/LogManager.h"
 
 namespace qv {
 
-Sound::Sound() : m_label("[Undefined]") {}
+Sound::Sound() : m_label("[Undefined]") {
+}
 
 // The voice must go before the buffer it plays from.
-Sound::~Sound() { m_p_sound.reset(); }
+Sound::~Sound() {
+  m_p_sound.reset();
+}
 
 int Sound::loadSound(std::string filename) {
   if (!m_sound_buffer.loadFromFile(filename)) return -1;
@@ -30,9 +32,13 @@ int Sound::loadSound(std::string filename) {
   return 0;
 }
 
-void Sound::setLabel(std::string new_label) { m_label = std::move(new_label); }
+void Sound::setLabel(std::string new_label) {
+  m_label = std::move(new_label);
+}
 
-std::string Sound::getLabel() const { return m_label; }
+std::string Sound::getLabel() const {
+  return m_label;
+}
 
 void Sound::play(bool loop) {
   LogManager::getInstance().writeLog(5, "Sound::play(): Playing sound.");
@@ -45,6 +51,8 @@ void Sound::stop() {
   if (m_p_sound) m_p_sound->stop();
 }
 
-sf::Sound *Sound::getSound() const { return m_p_sound.get(); }
+sf::Sound *Sound::getSound() const {
+  return m_p_sound.get();
+}
 
 }  // namespace qv

@@ -1,10 +1,9 @@
 #ifndef QV_SOUND_H
 #define QV_SOUND_H
 
+#include <SFML/Audio/SoundBuffer.hpp>
 #include <memory>
 #include <string>
-
-#include <SFML/Audio/SoundBuffer.hpp>
 
 namespace sf {
 class Sound;

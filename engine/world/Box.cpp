@@ -4,24 +4,40 @@
 
 namespace qv {
 
-Box::Box() : m_corner(), m_horizontal(0), m_vertical(0) {}
+Box::Box() : m_corner(), m_horizontal(0), m_vertical(0) {
+}
 
 Box::Box(Vector corner, float horizontal, float vertical)
-    : m_corner(corner), m_horizontal(horizontal), m_vertical(vertical) {}
+    : m_corner(corner), m_horizontal(horizontal), m_vertical(vertical) {
+}
 
-void Box::setCorner(Vector corner) { m_corner = corner; }
-void Box::setHorizontal(float horizontal) { m_horizontal = horizontal; }
-void Box::setVertical(float vertical) { m_vertical = vertical; }
-Vector Box::getCorner() const { return m_corner; }
-float Box::getHorizontal() const { return m_horizontal; }
-float Box::getVertical() const { return m_vertical; }
+void Box::setCorner(Vector corner) {
+  m_corner = corner;
+}
+void Box::setHorizontal(float horizontal) {
+  m_horizontal = horizontal;
+}
+void Box::setVertical(float vertical) {
+  m_vertical = vertical;
+}
+Vector Box::getCorner() const {
+  return m_corner;
+}
+float Box::getHorizontal() const {
+  return m_horizontal;
+}
+float Box::getVertical() const {
+  return m_vertical;
+}
 
 bool Box::operator==(const Box &other) const {
   return m_corner == other.m_corner && m_horizontal == other.m_horizontal &&
          m_vertical == other.m_vertical;
 }
 
-bool Box::operator!=(const Box &other) const { return !(*this == other); }
+bool Box::operator!=(const Box &other) const {
+  return !(*this == other);
+}
 
 std::string Box::toString() const {
   return m_corner.toString() + " h: " + qv::toString(m_horizontal) +

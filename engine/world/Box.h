@@ -32,9 +32,9 @@ class Box {
   int deserialize(std::stringstream *p_ss);
 
  private:
-  Vector m_corner;      // (0,0), top-left
-  float m_horizontal;   // 0, width in cells
-  float m_vertical;     // 0, height in cells
+  Vector m_corner;     // (0,0), top-left
+  float m_horizontal;  // 0, width in cells
+  float m_vertical;    // 0, height in cells
 };
 
 }  // namespace qv

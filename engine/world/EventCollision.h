@@ -26,9 +26,9 @@ class EventCollision : public Event {
   Vector getPosition() const;
 
  private:
-  Vector m_pos;       // where the mover was going
-  Object *m_p_obj1;   // the mover
-  Object *m_p_obj2;   // the object it met
+  Vector m_pos;      // where the mover was going
+  Object *m_p_obj1;  // the mover
+  Object *m_p_obj2;  // the object it met
 };
 
 }  // namespace qv

@@ -2,6 +2,8 @@
 
 namespace qv {
 
-EventOut::EventOut() { setType(OUT_EVENT); }
+EventOut::EventOut() {
+  setType(OUT_EVENT);
+}
 
 }  // namespace qv

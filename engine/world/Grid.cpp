@@ -6,9 +6,9 @@
 
 #include "core/Config.h"
 #include "core/LogManager.h"
+#include "core/utility.h"
 #include "world/Object.h"
 #include "world/WorldManager.h"
-#include "core/utility.h"
 
 namespace qv {
 
@@ -48,7 +48,9 @@ Grid::Grid()
   }
 }
 
-Grid::~Grid() { shutDown(); }
+Grid::~Grid() {
+  shutDown();
+}
 
 int Grid::startUp() {
   const LogManager &log = LogManager::getInstance();
@@ -145,7 +147,9 @@ const ObjectList *Grid::getCellList(int col, int row) const {
   return &m_p_cells[row][col];
 }
 
-ObjectList *Grid::listOf(Cell c) { return const_cast<ObjectList *>(getCellList(c.col, c.row)); }
+ObjectList *Grid::listOf(Cell c) {
+  return const_cast<ObjectList *>(getCellList(c.col, c.row));
+}
 
 bool Grid::isReady(const char *operation, const Object *p_o) const {
   if (!m_p_cells) {
@@ -225,14 +229,24 @@ ObjectList Grid::getCollisions(const Object *p_o, Vector where) const {
   return collisions;
 }
 
-bool Grid::isAllocated() const { return m_p_cells != nullptr; }
+bool Grid::isAllocated() const {
+  return m_p_cells != nullptr;
+}
 
-int Grid::getNumCols() const { return m_num_cols; }
+int Grid::getNumCols() const {
+  return m_num_cols;
+}
 
-int Grid::getNumRows() const { return m_num_rows; }
+int Grid::getNumRows() const {
+  return m_num_rows;
+}
 
-int Grid::getCellWidth() const { return m_cell_width; }
+int Grid::getCellWidth() const {
+  return m_cell_width;
+}
 
-int Grid::getCellHeight() const { return m_cell_height; }
+int Grid::getCellHeight() const {
+  return m_cell_height;
+}
 
 }  // namespace qv

@@ -7,12 +7,12 @@
 #include <sstream>
 #include <vector>
 
-#include "path/EventPath.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
-#include "input/InputManager.h"
 #include "core/LogManager.h"
+#include "input/InputManager.h"
 #include "network/NetworkManager.h"
+#include "path/EventPath.h"
 #include "path/PathFind.h"
 #include "path/PathManager.h"
 #include "resources/ResourceManager.h"
@@ -26,8 +26,8 @@ namespace {
 int next_id = 1;  // ids are never reused, even after deletion
 
 const char *const NETWORK_EVENTS[] = {
-    "qv-network",        "qv-keyboard-network",  "qv-mouse-network", "qv-network-create",
-    "qv-custom-network", "qv-network-delete",    "qv-network-game-over", "qv-network-sync",
+    "qv-network",        "qv-keyboard-network", "qv-mouse-network",     "qv-network-create",
+    "qv-custom-network", "qv-network-delete",   "qv-network-game-over", "qv-network-sync",
 };
 
 // The manager that serves an event type; registering and withdrawing must
@@ -40,7 +40,9 @@ Manager &servingManager(const std::string &event_type) {
   return WorldManager::getInstance();
 }
 
-SceneGraph &sceneGraph() { return WorldManager::getInstance().getSceneGraph(); }
+SceneGraph &sceneGraph() {
+  return WorldManager::getInstance().getSceneGraph();
+}
 
 }  // namespace
 
@@ -71,8 +73,9 @@ Object::~Object() {
   for (int i = m_event_count - 1; i >= 0; i--) unregisterInterest(m_event_name[i]);
   releasePathFind();
   if (WorldManager::getInstance().removeObject(this) == -1)
-    LogManager::getInstance().writeLog("Object::~Object(): Error! Unable to remove %p from game world.",
-                                       static_cast<void *>(this));
+    LogManager::getInstance().writeLog(
+        "Object::~Object(): Error! Unable to remove %p from game world.",
+        static_cast<void *>(this));
 }
 
 void Object::releasePathFind() {
@@ -100,7 +103,8 @@ int Object::eventHandler(const Event *p_e) {
   if (p_e->getType() != PATH_EVENT) return 0;
   const EventPath *p_path_event = dynamic_cast<const EventPath *>(p_e);
   if (!p_path_event) {
-    LogManager::getInstance().writeLog("Object::eventHandler(): Error! Dynamic cast to EventPath failed.");
+    LogManager::getInstance().writeLog(
+        "Object::eventHandler(): Error! Dynamic cast to EventPath failed.");
     return 0;
   }
   if (p_path_event->getStatus() == PATH_FOUND) {
@@ -133,8 +137,9 @@ void Object::setAvoidCollisions(bool avoid) {
 int Object::setAltitude(int new_altitude) {
   if (new_altitude == m_altitude) return 0;
   if (new_altitude < 0 || new_altitude > ALTITUDE_MAX) {
-    LogManager::getInstance().writeLog("Object::setAltitude(): Altitude %d not in range [%d,%d].  Ignored.",
-                                       new_altitude, 0, ALTITUDE_MAX);
+    LogManager::getInstance().writeLog(
+        "Object::setAltitude(): Altitude %d not in range [%d,%d].  Ignored.", new_altitude, 0,
+        ALTITUDE_MAX);
     return -1;
   }
   if (sceneGraph().updateAltitude(this, new_altitude) == -1) return -1;
@@ -160,7 +165,9 @@ void Object::setAcceleration(Vector new_acceleration) {
   m_modified |= ACCELERATION;
 }
 
-bool Object::isVisible() const { return m_is_visible; }
+bool Object::isVisible() const {
+  return m_is_visible;
+}
 
 int Object::setActive(bool active) {
   if (active == m_is_active) return 0;
@@ -204,9 +211,13 @@ int Object::draw() {
   return result;
 }
 
-void Object::setModified(unsigned int new_modified) { m_modified = new_modified; }
+void Object::setModified(unsigned int new_modified) {
+  m_modified = new_modified;
+}
 
-unsigned int Object::getModified() const { return m_modified; }
+unsigned int Object::getModified() const {
+  return m_modified;
+}
 
 void Object::setShape(Shape new_shape) {
   m_shape = new_shape;
@@ -219,19 +230,33 @@ void Object::setFollowPath(bool follow) {
   m_modified |= FOLLOW_PATH;
 }
 
-int Object::getId() const { return m_id; }
+int Object::getId() const {
+  return m_id;
+}
 
-std::string Object::getType() const { return m_type; }
+std::string Object::getType() const {
+  return m_type;
+}
 
-bool Object::isActive() const { return m_is_active; }
+bool Object::isActive() const {
+  return m_is_active;
+}
 
-Box Object::getBox() const { return m_box; }
+Box Object::getBox() const {
+  return m_box;
+}
 
-Vector Object::getPosition() const { return m_position; }
+Vector Object::getPosition() const {
+  return m_position;
+}
 
-Vector Object::getDirection() const { return m_direction; }
+Vector Object::getDirection() const {
+  return m_direction;
+}
 
-float Object::getSpeed() const { return m_speed; }
+float Object::getSpeed() const {
+  return m_speed;
+}
 
 Vector Object::getVelocity() const {
   Vector velocity = m_direction;
@@ -239,31 +264,57 @@ Vector Object::getVelocity() const {
   return velocity;
 }
 
-Vector Object::getAcceleration() const { return m_acceleration; }
+Vector Object::getAcceleration() const {
+  return m_acceleration;
+}
 
-int Object::getAltitude() const { return m_altitude; }
+int Object::getAltitude() const {
+  return m_altitude;
+}
 
-Solidness Object::getSolidness() const { return m_solidness; }
+Solidness Object::getSolidness() const {
+  return m_solidness;
+}
 
-bool Object::getNoSoft() const { return m_no_soft; }
+bool Object::getNoSoft() const {
+  return m_no_soft;
+}
 
-bool Object::getAvoidCollisions() const { return m_avoid_collisions; }
+bool Object::getAvoidCollisions() const {
+  return m_avoid_collisions;
+}
 
-Animation Object::getAnimation() const { return m_animation; }
+Animation Object::getAnimation() const {
+  return m_animation;
+}
 
-Shape Object::getShape() const { return m_shape; }
+Shape Object::getShape() const {
+  return m_shape;
+}
 
-Path Object::getPath() const { return m_path; }
+Path Object::getPath() const {
+  return m_path;
+}
 
-bool Object::getFollowPath() const { return m_follow_path; }
+bool Object::getFollowPath() const {
+  return m_follow_path;
+}
 
-Vector Object::predictPosition() const { return m_position + getVelocity(); }
+Vector Object::predictPosition() const {
+  return m_position + getVelocity();
+}
 
-bool Object::isSolid() const { return m_solidness == HARD || m_solidness == SOFT; }
+bool Object::isSolid() const {
+  return m_solidness == HARD || m_solidness == SOFT;
+}
 
-bool Object::isModified() const { return m_modified != 0; }
+bool Object::isModified() const {
+  return m_modified != 0;
+}
 
-int Object::getEventCount() const { return m_event_count; }
+int Object::getEventCount() const {
+  return m_event_count;
+}
 
 std::string Object::getEvent(int index) const {
   return index >= 0 && index < m_event_count ? m_event_name[index] : std::string();
@@ -299,7 +350,9 @@ void Object::setPathFind(PathFind *p_path_find) {
   m_p_path_find = p_path_find;
 }
 
-PathFind *Object::getPathFind() const { return m_p_path_find; }
+PathFind *Object::getPathFind() const {
+  return m_p_path_find;
+}
 
 int Object::registerInterest(std::string event_type) {
   if (m_event_count == INTEREST_MAX) {
@@ -375,46 +428,74 @@ bool readVector(std::istream &in, Vector &v) {
 void traceAttribute(const Object &o, unsigned int bit) {
   LogManager &log = LogManager::getInstance();
   switch (bit) {
-    case ID: log.writeLog(25, "\tID: %d", o.getId()); break;
-    case ACTIVE: log.writeLog(25, "\tACTIVE: %s", boolToString(o.isActive()).c_str()); break;
-    case VISIBLE: log.writeLog(25, "\tVISIBLE: %s", boolToString(o.isVisible()).c_str()); break;
+    case ID:
+      log.writeLog(25, "\tID: %d", o.getId());
+      break;
+    case ACTIVE:
+      log.writeLog(25, "\tACTIVE: %s", boolToString(o.isActive()).c_str());
+      break;
+    case VISIBLE:
+      log.writeLog(25, "\tVISIBLE: %s", boolToString(o.isVisible()).c_str());
+      break;
     case EVENTS:
       log.writeLog(25, "\tEVENTS: %d", o.getEventCount());
       for (int i = 0; i < o.getEventCount(); i++)
         log.writeLog(25, "\t\t%s (size %d)", o.getEvent(i).c_str(),
                      static_cast<int>(o.getEvent(i).size()));
       break;
-    case BOX: log.writeLog(25, "\tBOX: %s", o.getBox().toString().c_str()); break;
-    case POSITION: log.writeLog(25, "\tPOSITION: %s", o.getPosition().toString().c_str()); break;
-    case TYPE: log.writeLog(25, "\tTYPE: %s", o.getType().c_str()); break;
-    case ANIMATION: log.writeLog(25, "\tANIMATION: %s", o.getAnimation().toString().c_str()); break;
-    case ALTITUDE: log.writeLog(25, "\tALTITUDE: %d", o.getAltitude()); break;
+    case BOX:
+      log.writeLog(25, "\tBOX: %s", o.getBox().toString().c_str());
+      break;
+    case POSITION:
+      log.writeLog(25, "\tPOSITION: %s", o.getPosition().toString().c_str());
+      break;
+    case TYPE:
+      log.writeLog(25, "\tTYPE: %s", o.getType().c_str());
+      break;
+    case ANIMATION:
+      log.writeLog(25, "\tANIMATION: %s", o.getAnimation().toString().c_str());
+      break;
+    case ALTITUDE:
+      log.writeLog(25, "\tALTITUDE: %d", o.getAltitude());
+      break;
     case SOLIDNESS:
       log.writeLog(25, "\tSOLIDNESS: %s", solidnessToString(o.getSolidness()).c_str());
       break;
-    case NO_SOFT: log.writeLog(25, "\tNO_SOFT: %s", boolToString(o.getNoSoft()).c_str()); break;
-    case DIRECTION: log.writeLog(25, "\tDIRECTION: %s", o.getDirection().toString().c_str()); break;
-    case SPEED: log.writeLog(25, "\tSPEED: %f", o.getSpeed()); break;
+    case NO_SOFT:
+      log.writeLog(25, "\tNO_SOFT: %s", boolToString(o.getNoSoft()).c_str());
+      break;
+    case DIRECTION:
+      log.writeLog(25, "\tDIRECTION: %s", o.getDirection().toString().c_str());
+      break;
+    case SPEED:
+      log.writeLog(25, "\tSPEED: %f", o.getSpeed());
+      break;
     case ACCELERATION:
       log.writeLog(25, "\tACCELERATION: %s", o.getAcceleration().toString().c_str());
       break;
-    case SHAPE: log.writeLog(25, "\tSHAPE: %s", o.getShape().toString().c_str()); break;
+    case SHAPE:
+      log.writeLog(25, "\tSHAPE: %s", o.getShape().toString().c_str());
+      break;
     case FOLLOW_PATH:
       log.writeLog(25, "\tFOLLOW_PATH: %s", boolToString(o.getFollowPath()).c_str());
       break;
-    case PATH: log.writeLog(25, "\tPATH: %s", o.getPath().toString().c_str()); break;
+    case PATH:
+      log.writeLog(25, "\tPATH: %s", o.getPath().toString().c_str());
+      break;
     case AVOID_COLLISIONS:
       log.writeLog(25, "\tAVOID_COLLISIONS: %s", boolToString(o.getAvoidCollisions()).c_str());
       break;
-    default: break;
+    default:
+      break;
   }
 }
 
 // Record order. DIRECTION goes before SPEED, and FOLLOW_PATH before PATH, so
 // that the reader turns toward the waypoint of the path it already holds.
 const ObjectAttribute RECORD_ORDER[] = {
-    ID,       ACTIVE,   VISIBLE,   EVENTS,    BOX,          POSITION, TYPE,        ANIMATION, ALTITUDE,
-    SOLIDNESS, NO_SOFT, DIRECTION, SPEED,     ACCELERATION, SHAPE,    FOLLOW_PATH, PATH,      AVOID_COLLISIONS,
+    ID,    ACTIVE,       VISIBLE,  EVENTS,      BOX,     POSITION,
+    TYPE,  ANIMATION,    ALTITUDE, SOLIDNESS,   NO_SOFT, DIRECTION,
+    SPEED, ACCELERATION, SHAPE,    FOLLOW_PATH, PATH,    AVOID_COLLISIONS,
 };
 
 }  // namespace
@@ -432,9 +513,15 @@ int Object::serialize(std::stringstream *p_ss, unsigned int attr) {
   for (ObjectAttribute bit : RECORD_ORDER) {
     if (!(mask & bit)) continue;
     switch (bit) {
-      case ID: writeInt(out, m_id); break;
-      case ACTIVE: writeBool(out, m_is_active); break;
-      case VISIBLE: writeBool(out, m_is_visible); break;
+      case ID:
+        writeInt(out, m_id);
+        break;
+      case ACTIVE:
+        writeBool(out, m_is_active);
+        break;
+      case VISIBLE:
+        writeBool(out, m_is_visible);
+        break;
       case EVENTS:
         writeInt(out, m_event_count);
         for (int i = 0; i < m_event_count; i++) writeString(out, m_event_name[i]);
@@ -444,19 +531,45 @@ int Object::serialize(std::stringstream *p_ss, unsigned int attr) {
         writeFloat(out, m_box.getHorizontal());
         writeFloat(out, m_box.getVertical());
         break;
-      case POSITION: writeVector(out, m_position); break;
-      case TYPE: writeString(out, m_type); break;
-      case ANIMATION: m_animation.serialize(p_ss); break;
-      case ALTITUDE: writeInt(out, m_altitude); break;
-      case SOLIDNESS: writeInt(out, m_solidness); break;
-      case NO_SOFT: writeBool(out, m_no_soft); break;
-      case DIRECTION: writeVector(out, m_direction); break;
-      case SPEED: writeFloat(out, m_speed); break;
-      case ACCELERATION: writeVector(out, m_acceleration); break;
-      case SHAPE: m_shape.serialize(p_ss); break;
-      case FOLLOW_PATH: writeBool(out, m_follow_path); break;
-      case PATH: m_path.serialize(p_ss); break;
-      case AVOID_COLLISIONS: writeBool(out, m_avoid_collisions); break;
+      case POSITION:
+        writeVector(out, m_position);
+        break;
+      case TYPE:
+        writeString(out, m_type);
+        break;
+      case ANIMATION:
+        m_animation.serialize(p_ss);
+        break;
+      case ALTITUDE:
+        writeInt(out, m_altitude);
+        break;
+      case SOLIDNESS:
+        writeInt(out, m_solidness);
+        break;
+      case NO_SOFT:
+        writeBool(out, m_no_soft);
+        break;
+      case DIRECTION:
+        writeVector(out, m_direction);
+        break;
+      case SPEED:
+        writeFloat(out, m_speed);
+        break;
+      case ACCELERATION:
+        writeVector(out, m_acceleration);
+        break;
+      case SHAPE:
+        m_shape.serialize(p_ss);
+        break;
+      case FOLLOW_PATH:
+        writeBool(out, m_follow_path);
+        break;
+      case PATH:
+        m_path.serialize(p_ss);
+        break;
+      case AVOID_COLLISIONS:
+        writeBool(out, m_avoid_collisions);
+        break;
     }
     m_modified &= ~static_cast<unsigned int>(bit);
     if (trace) traceAttribute(*this, bit);

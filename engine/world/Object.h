@@ -4,19 +4,19 @@
 #include <iosfwd>
 #include <string>
 
-#include "graphics/Animation.h"
-#include "world/Box.h"
 #include "core/Event.h"
-#include "path/Path.h"
+#include "graphics/Animation.h"
 #include "graphics/Shape.h"
+#include "path/Path.h"
+#include "world/Box.h"
 #include "world/Vector.h"
 
 namespace qv {
 
 class PathFind;
 
-const int ALTITUDE_MAX = 4;     // altitudes run 0..ALTITUDE_MAX, drawn low to high
-const int INTEREST_MAX = 100;   // most event types one object can register for
+const int ALTITUDE_MAX = 4;    // altitudes run 0..ALTITUDE_MAX, drawn low to high
+const int INTEREST_MAX = 100;  // most event types one object can register for
 
 // HARD and SOFT objects are solid: they collide and live in the collision
 // grid. SPECTRAL objects pass through everything.

@@ -56,7 +56,9 @@ ObjectList &ObjectList::operator=(ObjectList &&rhs) noexcept {
   return *this;
 }
 
-ObjectList::~ObjectList() { delete[] m_p_list; }
+ObjectList::~ObjectList() {
+  delete[] m_p_list;
+}
 
 void ObjectList::release() {
   delete[] m_p_list;
@@ -123,11 +125,17 @@ void ObjectList::clear() {
   m_start = 0;
 }
 
-int ObjectList::getCount() const { return m_count; }
+int ObjectList::getCount() const {
+  return m_count;
+}
 
-int ObjectList::getCapacity() const { return m_capacity; }
+int ObjectList::getCapacity() const {
+  return m_capacity;
+}
 
-bool ObjectList::isEmpty() const { return m_count == 0; }
+bool ObjectList::isEmpty() const {
+  return m_count == 0;
+}
 
 bool ObjectList::contains(const Object *p_o) const {
   const Object *const *p_first = m_p_list + m_start;

@@ -49,10 +49,10 @@ class ObjectList {
   // Entries live in m_p_list[m_start .. m_start + m_count): removing near the
   // front shifts the shorter side, so emptying a long list in order (as the
   // world does when it deletes objects) stays linear.
-  int m_count;         // entries held
-  int m_capacity;      // slots allocated; 0 only if an allocation failed
-  int m_start;         // slot of the first entry
-  Object **m_p_list;   // the slots, null when m_capacity is 0
+  int m_count;        // entries held
+  int m_capacity;     // slots allocated; 0 only if an allocation failed
+  int m_start;        // slot of the first entry
+  Object **m_p_list;  // the slots, null when m_capacity is 0
 };
 
 }  // namespace qv

@@ -2,10 +2,12 @@
 
 namespace qv {
 
-ObjectListIterator::ObjectListIterator(const ObjectList *p_list)
-    : m_index(0), m_p_list(p_list) {}
+ObjectListIterator::ObjectListIterator(const ObjectList *p_list) : m_index(0), m_p_list(p_list) {
+}
 
-void ObjectListIterator::first() { m_index = 0; }
+void ObjectListIterator::first() {
+  m_index = 0;
+}
 
 void ObjectListIterator::next() {
   if (!isDone()) m_index++;

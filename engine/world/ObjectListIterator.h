@@ -24,8 +24,8 @@ class ObjectListIterator {
  private:
   ObjectListIterator() = delete;
 
-  int m_index;                  // position of the current entry
-  const ObjectList *m_p_list;   // the list walked, not owned
+  int m_index;                 // position of the current entry
+  const ObjectList *m_p_list;  // the list walked, not owned
 };
 
 }  // namespace qv

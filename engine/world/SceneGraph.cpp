@@ -10,15 +10,21 @@ namespace {
 
 // Index failures after game over are expected (objects leave in any order
 // while the world shuts down), so they are reported only during the game.
-bool reportFailures() { return !GameManager::getInstance().getGameOver(); }
+bool reportFailures() {
+  return !GameManager::getInstance().getGameOver();
+}
 
-bool validAltitude(int altitude) { return altitude >= 0 && altitude <= ALTITUDE_MAX; }
+bool validAltitude(int altitude) {
+  return altitude >= 0 && altitude <= ALTITUDE_MAX;
+}
 
 }  // namespace
 
-SceneGraph::SceneGraph() {}
+SceneGraph::SceneGraph() {
+}
 
-SceneGraph::~SceneGraph() {}
+SceneGraph::~SceneGraph() {
+}
 
 int SceneGraph::startUp() {
   m_type_map.clear();
@@ -60,7 +66,8 @@ int SceneGraph::insertObject(Object *p_o) {
       return -1;
     }
     if (m_grid.insertObject(p_o) == -1) {
-      log.writeLog("SceneGraph::insertObject(): Error! unable to add to Grid (id %d)", p_o->getId());
+      log.writeLog("SceneGraph::insertObject(): Error! unable to add to Grid (id %d)",
+                   p_o->getId());
       return -1;
     }
   }
@@ -105,11 +112,17 @@ int SceneGraph::removeObject(Object *p_o) {
   return 0;
 }
 
-ObjectList SceneGraph::activeObjects() const { return m_objects; }
+ObjectList SceneGraph::activeObjects() const {
+  return m_objects;
+}
 
-ObjectList SceneGraph::inactiveObjects() const { return m_inactive_objects; }
+ObjectList SceneGraph::inactiveObjects() const {
+  return m_inactive_objects;
+}
 
-ObjectList SceneGraph::solidObjects() const { return m_solid_objects; }
+ObjectList SceneGraph::solidObjects() const {
+  return m_solid_objects;
+}
 
 ObjectList SceneGraph::visibleObjects(int altitude) const {
   if (!validAltitude(altitude)) {
@@ -130,9 +143,13 @@ ObjectList SceneGraph::getCollisions(const Object *p_o, Vector where) const {
   return m_grid.getCollisions(p_o, where);
 }
 
-const Grid &SceneGraph::getGrid() const { return m_grid; }
+const Grid &SceneGraph::getGrid() const {
+  return m_grid;
+}
 
-Grid &SceneGraph::getGrid() { return m_grid; }
+Grid &SceneGraph::getGrid() {
+  return m_grid;
+}
 
 int SceneGraph::updateActive(Object *p_o, bool new_active) {
   if (new_active == p_o->isActive()) return 0;
@@ -180,7 +197,8 @@ int SceneGraph::updateActive(Object *p_o, bool new_active) {
       log.writeLog("SceneGraph::updateActive(): insert Object (%s) failed for objects!", type);
   }
   if (m_type_map[type_name].insert(p_o) == -1) {
-    log.writeLog("SceneGraph::updateActive(): Error! insert Object (%s) failed for type map!", type);
+    log.writeLog("SceneGraph::updateActive(): Error! insert Object (%s) failed for type map!",
+                 type);
     return -1;
   }
   if (p_o->isVisible() && (!validAltitude(p_o->getAltitude()) ||
@@ -271,8 +289,9 @@ int SceneGraph::updateSolidness(Object *p_o, Solidness new_solidness) {
   }
   log.writeLog(20, "SceneGraph::updateSolidness(): Adding to grid.");
   if (m_grid.insertObject(p_o) == -1) {
-    log.writeLog("SceneGraph::updateSolidness(): Error! unable to insert solid object (%d) into grid",
-                 p_o->getId());
+    log.writeLog(
+        "SceneGraph::updateSolidness(): Error! unable to insert solid object (%d) into grid",
+        p_o->getId());
     return -1;
   }
   return 0;

@@ -51,12 +51,12 @@ class SceneGraph {
   SceneGraph(const SceneGraph &) = delete;
   SceneGraph &operator=(const SceneGraph &) = delete;
 
-  ObjectList m_objects;                             // every active object
-  ObjectList m_solid_objects;                       // active HARD and SOFT objects
-  ObjectList m_visible_objects[ALTITUDE_MAX + 1];   // active visible objects by altitude
-  ObjectList m_inactive_objects;                    // every inactive object
-  std::map<std::string, ObjectList> m_type_map;     // active objects by type name
-  Grid m_grid;                                      // active solid objects by cell
+  ObjectList m_objects;                            // every active object
+  ObjectList m_solid_objects;                      // active HARD and SOFT objects
+  ObjectList m_visible_objects[ALTITUDE_MAX + 1];  // active visible objects by altitude
+  ObjectList m_inactive_objects;                   // every inactive object
+  std::map<std::string, ObjectList> m_type_map;    // active objects by type name
+  Grid m_grid;                                     // active solid objects by cell
 };
 
 }  // namespace qv

@@ -8,20 +8,32 @@
 
 namespace qv {
 
-Vector::Vector() : m_x(0), m_y(0) {}
+Vector::Vector() : m_x(0), m_y(0) {
+}
 
-Vector::Vector(float x, float y) : m_x(x), m_y(y) {}
+Vector::Vector(float x, float y) : m_x(x), m_y(y) {
+}
 
-void Vector::setX(float x) { m_x = x; }
-void Vector::setY(float y) { m_y = y; }
+void Vector::setX(float x) {
+  m_x = x;
+}
+void Vector::setY(float y) {
+  m_y = y;
+}
 void Vector::setXY(float x, float y) {
   m_x = x;
   m_y = y;
 }
-float Vector::getX() const { return m_x; }
-float Vector::getY() const { return m_y; }
+float Vector::getX() const {
+  return m_x;
+}
+float Vector::getY() const {
+  return m_y;
+}
 
-float Vector::getMagnitude() const { return std::sqrt(m_x * m_x + m_y * m_y); }
+float Vector::getMagnitude() const {
+  return std::sqrt(m_x * m_x + m_y * m_y);
+}
 
 void Vector::normalize() {
   float length = getMagnitude();
@@ -54,7 +66,9 @@ bool Vector::operator==(const Vector &other) const {
   return m_x == other.m_x && m_y == other.m_y;
 }
 
-bool Vector::operator!=(const Vector &other) const { return !(*this == other); }
+bool Vector::operator!=(const Vector &other) const {
+  return !(*this == other);
+}
 
 std::string Vector::toString() const {
   return "(" + qv::toString(m_x) + "," + qv::toString(m_y) + ")";

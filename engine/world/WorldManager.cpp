@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/LogManager.h"
+#include "core/utility.h"
+#include "graphics/ViewObject.h"
 #include "world/EventCollision.h"
 #include "world/EventOut.h"
-#include "core/LogManager.h"
 #include "world/Object.h"
-#include "graphics/ViewObject.h"
-#include "core/utility.h"
 
 namespace qv {
 
@@ -16,7 +16,8 @@ WorldManager::WorldManager() : m_p_view_following(nullptr), m_view_slack(0, 0) {
   setType("WorldManager");
 }
 
-WorldManager::~WorldManager() {}
+WorldManager::~WorldManager() {
+}
 
 WorldManager &WorldManager::getInstance() {
   static WorldManager world_manager;
@@ -175,8 +176,9 @@ int WorldManager::moveObject(Object *p_o, Vector where) {
         ObjectList list2 = getCollisions(p_o, where2);
         for (int i = 0; i < list2.getCount(); i++) {
           if (list2[i]->getSolidness() == HARD) {
-            LogManager::getInstance().writeLog(
-                5, "WorldManager::moveObject(): Double collision. Object (avoid obstacles) cannot move.");
+            LogManager::getInstance().writeLog(5,
+                                               "WorldManager::moveObject(): Double collision. "
+                                               "Object (avoid obstacles) cannot move.");
             return -1;
           }
         }
@@ -245,11 +247,17 @@ void WorldManager::setBoundary(Box new_boundary) {
   m_scene_graph.reindex();
 }
 
-Box WorldManager::getBoundary() const { return m_boundary; }
+Box WorldManager::getBoundary() const {
+  return m_boundary;
+}
 
-void WorldManager::setView(Box new_view) { m_view = new_view; }
+void WorldManager::setView(Box new_view) {
+  m_view = new_view;
+}
 
-Box WorldManager::getView() const { return m_view; }
+Box WorldManager::getView() const {
+  return m_view;
+}
 
 void WorldManager::setViewPosition(Vector view_pos) {
   const float width = m_view.getHorizontal();
@@ -270,7 +278,9 @@ void WorldManager::setViewSlack(Vector new_view_slack) {
   m_view_slack = new_view_slack;
 }
 
-Vector WorldManager::getViewSlack() const { return m_view_slack; }
+Vector WorldManager::getViewSlack() const {
+  return m_view_slack;
+}
 
 int WorldManager::setViewFollowing(Object *p_new_view_following) {
   if (!p_new_view_following) {
@@ -285,13 +295,21 @@ int WorldManager::setViewFollowing(Object *p_new_view_following) {
   return 0;
 }
 
-Object *WorldManager::getViewFollowing() const { return m_p_view_following; }
+Object *WorldManager::getViewFollowing() const {
+  return m_p_view_following;
+}
 
-SceneGraph &WorldManager::getSceneGraph() { return m_scene_graph; }
+SceneGraph &WorldManager::getSceneGraph() {
+  return m_scene_graph;
+}
 
-const SceneGraph &WorldManager::getSceneGraph() const { return m_scene_graph; }
+const SceneGraph &WorldManager::getSceneGraph() const {
+  return m_scene_graph;
+}
 
-ObjectList WorldManager::getDeletions() const { return m_deletions; }
+ObjectList WorldManager::getDeletions() const {
+  return m_deletions;
+}
 
 // ---- geometry that needs the world (declared in utility.h) ----------------
 
@@ -303,7 +321,9 @@ Vector viewToWorld(const Vector &view_pos) {
   return view_pos + WorldManager::getInstance().getView().getCorner();
 }
 
-Box getWorldBox(const Object *p_o) { return getWorldBox(p_o, p_o->getPosition()); }
+Box getWorldBox(const Object *p_o) {
+  return getWorldBox(p_o, p_o->getPosition());
+}
 
 Box getWorldBox(const Object *p_o, Vector where) {
   Box box = p_o->getBox();
@@ -336,7 +356,7 @@ Vector getNormal(const Object *p_o1, const Object *p_o2) {
   const Vector c = obstacle.getCorner();
   const float h = obstacle.getHorizontal();
   const float v = obstacle.getVertical();
-  static const int SIDES[8][2] = {{0, -1}, {0, 1},  {-1, 0}, {1, 0},
+  static const int SIDES[8][2] = {{0, -1},  {0, 1},  {-1, 0}, {1, 0},
                                   {-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
   for (const auto &side : SIDES) {
     const Box neighbour(Vector(c.getX() + side[0] * h, c.getY() + side[1] * v), h, v);

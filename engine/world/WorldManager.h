@@ -4,8 +4,8 @@
 #include <string>
 #include <unordered_set>
 
-#include "world/Box.h"
 #include "core/Manager.h"
+#include "world/Box.h"
 #include "world/ObjectList.h"
 #include "world/SceneGraph.h"
 #include "world/Vector.h"
@@ -72,13 +72,13 @@ class WorldManager : public Manager {
   int deliverCollisions(Object *p_o, const ObjectList &list, Vector where);
   void deleteObjects(const ObjectList &doomed);
 
-  SceneGraph m_scene_graph;                    // all indexes of the objects
-  ObjectList m_deletions;                      // deleted at the end of update
-  std::unordered_set<const Object *> m_marked; // the same objects, for quick look-up
-  Object *m_p_view_following;                  // null, not owned
-  Box m_boundary;                              // the world's extent, corner (0,0)
-  Box m_view;                                  // the part of the world shown
-  Vector m_view_slack;                         // (0,0): the view stays centred
+  SceneGraph m_scene_graph;                     // all indexes of the objects
+  ObjectList m_deletions;                       // deleted at the end of update
+  std::unordered_set<const Object *> m_marked;  // the same objects, for quick look-up
+  Object *m_p_view_following;                   // null, not owned
+  Box m_boundary;                               // the world's extent, corner (0,0)
+  Box m_view;                                   // the part of the world shown
+  Vector m_view_slack;                          // (0,0): the view stays centred
 };
 
 }  // namespace qv

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-
 #include <signal.h>
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -42,7 +40,8 @@ TEST(MainTest, CtrlCEndsTheGameWithStatusZeroAndOnlyTheBannersAtLevelZero) {
   TempDir dir;
   prepare(dir);
   ChildProcess game(QV_GAME_PATH, dir.path(),
-                    {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr},
+                    {{"QUORVELLE_LOG", nullptr},
+                     {"QUORVELLE_CONFIG", nullptr},
                      {"QUORVELLE_LOG_LEVEL", nullptr}});
   ASSERT_TRUE(game.waitUntilCatching(SIGINT));
   game.sendSignal(SIGINT);
@@ -59,9 +58,9 @@ TEST(MainTest, CtrlCEndsTheGameWithStatusZeroAndOnlyTheBannersAtLevelZero) {
 TEST(MainTest, RaisedLogLevelShowsSettingsAndManagerLifecycleAndSigtermStopsToo) {
   TempDir dir;
   prepare(dir, "frame_time:20,\n");
-  ChildProcess game(QV_GAME_PATH, dir.path(),
-                    {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr},
-                     {"QUORVELLE_LOG_LEVEL", "5"}});
+  ChildProcess game(
+      QV_GAME_PATH, dir.path(),
+      {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr}, {"QUORVELLE_LOG_LEVEL", "5"}});
   ASSERT_TRUE(game.waitUntilCatching(SIGTERM));
   game.sendSignal(SIGTERM);
   ASSERT_TRUE(game.wait());
@@ -70,14 +69,28 @@ TEST(MainTest, RaisedLogLevelShowsSettingsAndManagerLifecycleAndSigtermStopsToo)
   std::vector<std::string> lines = logOf(dir);
   // In this order, with other lines in between.
   const std::vector<std::string> expected = {
-      "LogManager::startUp(): successfully started.", "Quorvelle configuration:",
-      "  Frame time: 20", "  Headless: true", "  Networking: false", "Working directory:",
-      "Log Manager started.", "GameManager::startUp(): frame time is 20 milliseconds",
-      "Display manager started.", "Input manager started.", "Resource manager started.",
-      "World manager started.", "Path manager started.", "GameManager successfully started.",
-      "GameManager::run(): starting game loop", "GameManager::run(): end of game loop",
-      "Path manager stopped", "World manager stopped", "Resource manager stopped",
-      "Input manager stopped", "Display manager stopped", "** Game engine stopped **",
+      "LogManager::startUp(): successfully started.",
+      "Quorvelle configuration:",
+      "  Frame time: 20",
+      "  Headless: true",
+      "  Networking: false",
+      "Working directory:",
+      "Log Manager started.",
+      "GameManager::startUp(): frame time is 20 milliseconds",
+      "Display manager started.",
+      "Input manager started.",
+      "Resource manager started.",
+      "World manager started.",
+      "Path manager started.",
+      "GameManager successfully started.",
+      "GameManager::run(): starting game loop",
+      "GameManager::run(): end of game loop",
+      "Path manager stopped",
+      "World manager stopped",
+      "Resource manager stopped",
+      "Input manager stopped",
+      "Display manager stopped",
+      "** Game engine stopped **",
       "LogManager::shutDown(): successfully stopped."};
   auto next = lines.begin();
   for (const std::string &line : expected) {

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <signal.h>
 #include <unistd.h>
 
@@ -22,9 +21,9 @@ std::vector<std::string> runAndInterrupt(const std::string &frame_time, int wait
   TempDir dir;
   qvtest::copyRunFolder(dir.path());
   dir.write("qv-config.txt", "headless:true,\nnetworking:false,\nframe_time:" + frame_time + ",\n");
-  ChildProcess game(QV_GAME_PATH, dir.path(),
-                    {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr},
-                     {"QUORVELLE_LOG_LEVEL", "10"}});
+  ChildProcess game(
+      QV_GAME_PATH, dir.path(),
+      {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr}, {"QUORVELLE_LOG_LEVEL", "10"}});
   EXPECT_TRUE(game.waitUntilCatching(SIGINT));
   usleep(static_cast<useconds_t>(wait_ms) * 1000);
   game.sendSignal(SIGINT);

@@ -80,7 +80,9 @@ bool ChildProcess::waitUntilCatching(int sig, int timeout_ms) const {
   return false;
 }
 
-void ChildProcess::sendSignal(int sig) const { kill(m_pid, sig); }
+void ChildProcess::sendSignal(int sig) const {
+  kill(m_pid, sig);
+}
 
 bool ChildProcess::wait(int timeout_ms) {
   if (m_done) return true;
@@ -102,6 +104,8 @@ bool ChildProcess::wait(int timeout_ms) {
   return true;
 }
 
-std::string ChildProcess::stderrText() const { return readFile(m_stderr_path); }
+std::string ChildProcess::stderrText() const {
+  return readFile(m_stderr_path);
+}
 
 }  // namespace qvtest

@@ -3,15 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <SFML/Graphics.hpp>
 #include <cstdlib>
 #include <memory>
 #include <string>
 
-#include <SFML/Graphics.hpp>
-
+#include "LogCapture.h"
 #include "core/Config.h"
 #include "graphics/DisplayManager.h"
-#include "LogCapture.h"
 #include "world/WorldManager.h"
 
 namespace qvtest {
@@ -35,8 +34,7 @@ class DisplayFixture : public ::testing::Test {
 
   void SetUp() override {
     const bool headless = settings().find("headless:true") != std::string::npos;
-    if (!headless && !std::getenv("DISPLAY"))
-      GTEST_SKIP() << "no X display: run under xvfb-run";
+    if (!headless && !std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
     log = std::make_unique<LogCapture>();
     ASSERT_TRUE(log->start());
     loadConfig("");

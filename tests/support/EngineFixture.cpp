@@ -20,8 +20,8 @@ void EngineFixture::stopEngine() {
 
 void EngineFixture::SetUp() {
   log = std::make_unique<LogCapture>();
-  config_env = std::make_unique<ScopedEnv>(
-      "QUORVELLE_CONFIG", dir.write("qv-config.txt", config()).c_str());
+  config_env =
+      std::make_unique<ScopedEnv>("QUORVELLE_CONFIG", dir.write("qv-config.txt", config()).c_str());
   ASSERT_EQ(qv::GameManager::getInstance().startUp(), 0) << log->text();
 }
 
@@ -44,6 +44,8 @@ void LogFixture::SetUp() {
   ASSERT_TRUE(log->start());
 }
 
-void LogFixture::TearDown() { log.reset(); }
+void LogFixture::TearDown() {
+  log.reset();
+}
 
 }  // namespace qvtest

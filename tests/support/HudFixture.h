@@ -26,8 +26,8 @@ class HudWindowFixture : public EngineFixture {
 
   // One row of the text view of the frame being drawn.
   static std::string row(int y) {
-    return qv::DisplayManager::getInstance().screenText().substr(
-        static_cast<std::size_t>(y) * 81, 80);
+    return qv::DisplayManager::getInstance().screenText().substr(static_cast<std::size_t>(y) * 81,
+                                                                 80);
   }
 
   static sf::Image grab() { return grabWindow(); }

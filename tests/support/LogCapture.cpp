@@ -10,9 +10,12 @@ namespace qvtest {
 LogCapture::LogCapture()
     : m_path(m_dir.file("test.log")),
       m_log_env("QUORVELLE_LOG", m_path.c_str()),
-      m_level_env("QUORVELLE_LOG_LEVEL", nullptr) {}
+      m_level_env("QUORVELLE_LOG_LEVEL", nullptr) {
+}
 
-LogCapture::~LogCapture() { stop(); }
+LogCapture::~LogCapture() {
+  stop();
+}
 
 bool LogCapture::start(int log_level) {
   qv::LogManager &log = qv::LogManager::getInstance();
@@ -33,9 +36,13 @@ std::string LogCapture::text() const {
   return readFile(m_path);
 }
 
-std::vector<std::string> LogCapture::messages() const { return logMessages(text()); }
+std::vector<std::string> LogCapture::messages() const {
+  return logMessages(text());
+}
 
-bool LogCapture::contains(const std::string &message) const { return count(message) > 0; }
+bool LogCapture::contains(const std::string &message) const {
+  return count(message) > 0;
+}
 
 int LogCapture::count(const std::string &message) const {
   std::vector<std::string> all = messages();

@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "WorldFixture.h"
+#include "path/EventPath.h"
 #include "path/PathFind.h"
 #include "path/PathManager.h"
-#include "WorldFixture.h"
 
 namespace qvtest {
 

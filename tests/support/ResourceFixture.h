@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "LogCapture.h"
-#include "resources/ResourceManager.h"
 #include "TempDir.h"
+#include "resources/ResourceManager.h"
 
 namespace qvtest {
 
@@ -57,8 +57,7 @@ inline std::string writeWav(const std::string &file_name, std::uint32_t samples,
   put(16, 2);        // bits per sample
   tag("data");
   put(data_size, 4);
-  for (std::uint32_t i = 0; i < samples; i++)
-    put((i / half_period) % 2 ? 0xE000u : 0x2000u, 2);
+  for (std::uint32_t i = 0; i < samples; i++) put((i / half_period) % 2 ? 0xE000u : 0x2000u, 2);
   std::ofstream(file_name, std::ios::binary).write(bytes.data(), static_cast<long>(bytes.size()));
   return file_name;
 }

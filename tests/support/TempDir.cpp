@@ -8,8 +8,7 @@
 namespace qvtest {
 
 TempDir::TempDir() {
-  std::string pattern =
-      (std::filesystem::temp_directory_path() / "quorvelle-test-XXXXXX").string();
+  std::string pattern = (std::filesystem::temp_directory_path() / "quorvelle-test-XXXXXX").string();
   if (mkdtemp(pattern.data())) m_path = pattern;
 }
 
@@ -18,7 +17,9 @@ TempDir::~TempDir() {
   if (!m_path.empty()) std::filesystem::remove_all(m_path, ignored);
 }
 
-std::string TempDir::file(const std::string &name) const { return m_path + "/" + name; }
+std::string TempDir::file(const std::string &name) const {
+  return m_path + "/" + name;
+}
 
 std::string TempDir::write(const std::string &name, const std::string &text) const {
   std::string full = file(name);
@@ -42,7 +43,8 @@ std::vector<std::string> logMessages(const std::string &log_text) {
     // columns and one blank.
     size_t pos = 9;
     while (pos < line.size() && line[pos] == ' ') pos++;
-    while (pos < line.size() && (line[pos] == '-' || isdigit(static_cast<unsigned char>(line[pos]))))
+    while (pos < line.size() &&
+           (line[pos] == '-' || isdigit(static_cast<unsigned char>(line[pos]))))
       pos++;
     messages.push_back(pos < line.size() ? line.substr(pos + 1) : "");
   }

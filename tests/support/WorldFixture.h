@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "LogCapture.h"
 #include "core/Event.h"
 #include "core/GameManager.h"
-#include "world/EventCollision.h"
-#include "LogCapture.h"
 #include "core/LogManager.h"
+#include "world/EventCollision.h"
 #include "world/Object.h"
 #include "world/WorldManager.h"
 
@@ -72,11 +72,13 @@ class Probe : public qv::Object {
     if (on_draw) on_draw(this);
     return 0;
   }
-  int count(const std::string &type) const { return static_cast<int>(std::count(seen.begin(), seen.end(), type)); }
+  int count(const std::string &type) const {
+    return static_cast<int>(std::count(seen.begin(), seen.end(), type));
+  }
 
-  std::vector<std::string> seen;                      // event types, in arrival order
-  std::vector<qv::EventCollision> collisions;         // copies of collision events
-  std::function<int(const qv::Event *)> on_event;     // answer instead of the base handler
+  std::vector<std::string> seen;                   // event types, in arrival order
+  std::vector<qv::EventCollision> collisions;      // copies of collision events
+  std::function<int(const qv::Event *)> on_event;  // answer instead of the base handler
   std::function<void(Probe *)> on_draw;
   std::function<void(Probe *)> on_delete;
 };

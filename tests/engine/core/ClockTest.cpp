@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
-
 #include <signal.h>
 
 #include <string>
 
-#include "core/Clock.h"
 #include "SignalTimer.h"
+#include "core/Clock.h"
 #include "platform/platform.h"
 
 TEST(ClockTest, MeasuresSleepsInWholeMillisecondsAndNeverGoesBack) {

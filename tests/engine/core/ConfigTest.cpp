@@ -3,18 +3,20 @@
 #include <string>
 #include <vector>
 
-#include "core/Config.h"
 #include "EngineFixture.h"
 #include "LogCapture.h"
-#include "core/LogManager.h"
 #include "TempDir.h"
+#include "core/Config.h"
+#include "core/LogManager.h"
 
 using qvtest::ScopedEnv;
 using qvtest::TempDir;
 
 namespace {
 
-qv::Config &config() { return qv::Config::getInstance(); }
+qv::Config &config() {
+  return qv::Config::getInstance();
+}
 
 // Loads text as the configuration file would be read, through QUORVELLE_CONFIG.
 void loadFile(const std::string &text) {
@@ -69,8 +71,8 @@ TEST_F(ConfigLogTest, ReportsUnreadableFileAtLevelOne) {
   std::string name = dir.file("absent.txt");
   ScopedEnv env("QUORVELLE_CONFIG", name.c_str());
   EXPECT_EQ(config().readConfig(), "");
-  EXPECT_TRUE(log->contains(
-      "Config::readConfig(): Cannot open Quorvelle configuration file '" + name + "'."));
+  EXPECT_TRUE(log->contains("Config::readConfig(): Cannot open Quorvelle configuration file '" +
+                            name + "'."));
 }
 
 TEST(ConfigTest, LinesJoinWithoutSeparatorSoEachNeedsItsComma) {
@@ -86,19 +88,21 @@ TEST(ConfigTest, LinesJoinWithoutSeparatorSoEachNeedsItsComma) {
 }
 
 TEST(ConfigTest, NumbersFollowAtoiAndAtof) {
-  config().loadConfig("frame_time:33ms,window_horizontal_chars:abc,font_scale:1.5x,"
-                      "random_seed:-1,grid_width:  4 2,quadtree_depth:,");
+  config().loadConfig(
+      "frame_time:33ms,window_horizontal_chars:abc,font_scale:1.5x,"
+      "random_seed:-1,grid_width:  4 2,quadtree_depth:,");
   EXPECT_EQ(config().getFrameTime(), 33);
   EXPECT_EQ(config().getWindowHorizontalChars(), 0);
   EXPECT_FLOAT_EQ(config().getFontScale(), 1.5f);
   EXPECT_EQ(config().getRandomSeed(), -1);
-  EXPECT_EQ(config().getGridWidth(), 42);  // white space goes, even inside values
+  EXPECT_EQ(config().getGridWidth(), 42);      // white space goes, even inside values
   EXPECT_EQ(config().getQuadtreeDepth(), 10);  // an empty value changes nothing
 }
 
 TEST(ConfigTest, StringsLoseTheirBlanksAndBooleansNeedExactTrue) {
-  config().loadConfig("window_title: My Game ,show_mouse:True,networking:false,"
-                      "signals:yes,headless:true,font_file:f.ttf,logfile:my.log,");
+  config().loadConfig(
+      "window_title: My Game ,show_mouse:True,networking:false,"
+      "signals:yes,headless:true,font_file:f.ttf,logfile:my.log,");
   EXPECT_EQ(config().getWindowTitle(), "MyGame");
   EXPECT_FALSE(config().getShowMouse());
   EXPECT_FALSE(config().getNetworking());
@@ -121,8 +125,8 @@ TEST(ConfigTest, ColorsStylesAndStatesAcceptOnlyTheirWords) {
   EXPECT_EQ(config().getWindowStyle(), 7);
   EXPECT_EQ(config().getWindowState(), 0);
 
-  std::string err = loadCapturingStderr(
-      "window_background_color:Yellow,window_style:0,window_state:full,");
+  std::string err =
+      loadCapturingStderr("window_background_color:Yellow,window_style:0,window_state:full,");
   EXPECT_EQ(qvtest::logMessages(err),
             (std::vector<std::string>{"loadConfig(): Unsupported window color 'Yellow'",
                                       "loadConfig(): Unsupported window style '0'",
@@ -159,12 +163,10 @@ TEST_F(ConfigLogTest, MatchTracesItsParseAtLevels25And28) {
   qv::LogManager::getInstance().setLogLevel(25);
   qv::match("a:1, b:2", "b");
   EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{"match(\"a:1, b:2\", \"b\")",
-                                      "match(): number of elements allocated is 2",
-                                      "\titem number 0", "\tkey a", "\tval 1",
-                                      "\titem number 1", "\tkey b", "\tval 2",
-                                      "match(): parsed.",
-                                      "match(): Looking for match 'b' among 2 items."}));
+            (std::vector<std::string>{
+                "match(\"a:1, b:2\", \"b\")", "match(): number of elements allocated is 2",
+                "\titem number 0", "\tkey a", "\tval 1", "\titem number 1", "\tkey b", "\tval 2",
+                "match(): parsed.", "match(): Looking for match 'b' among 2 items."}));
   qv::LogManager::getInstance().setLogLevel(28);
   qv::match("", "b");
   std::vector<std::string> lines = log->messages();
@@ -174,21 +176,32 @@ TEST_F(ConfigLogTest, MatchTracesItsParseAtLevels25And28) {
 }
 
 TEST_F(ConfigLogTest, SummaryListsTheSettingsAtLevelOne) {
-  config().loadConfig("frame_time:16,window_state:fullscreen,headless:true,logfile:x.log,"
-                      "random_seed:-1,networking:false,grid_width:10,");
+  config().loadConfig(
+      "frame_time:16,window_state:fullscreen,headless:true,logfile:x.log,"
+      "random_seed:-1,networking:false,grid_width:10,");
   config().writeConfigToLog();
   EXPECT_EQ(log->messages(), std::vector<std::string>{});
   qv::LogManager::getInstance().setLogLevel(1);
   config().writeConfigToLog();
-  EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{
-                "-----------------------------------", "Quorvelle configuration:",
-                "  Window horizontal pixels: 1024", "  Window vertical pixels: 768",
-                "  Window horizontal characters: 80", "  Window vertical characters: 24",
-                "  Window background color: 0", "  Frame time: 16", "  Window style: 5",
-                "  Window state: fullscreen", "  Window title: Quorvelle",
-                "  Show mouse: false", "  Headless: true", "  Font file: qv-font.ttf",
-                "  Log file: x.log", "  Random seed: -1", "  Networking: false",
-                "  Scene graph: grid", "  Grid width: 10", "  Grid height: 8",
-                "-----------------------------------"}));
+  EXPECT_EQ(log->messages(), (std::vector<std::string>{"-----------------------------------",
+                                                       "Quorvelle configuration:",
+                                                       "  Window horizontal pixels: 1024",
+                                                       "  Window vertical pixels: 768",
+                                                       "  Window horizontal characters: 80",
+                                                       "  Window vertical characters: 24",
+                                                       "  Window background color: 0",
+                                                       "  Frame time: 16",
+                                                       "  Window style: 5",
+                                                       "  Window state: fullscreen",
+                                                       "  Window title: Quorvelle",
+                                                       "  Show mouse: false",
+                                                       "  Headless: true",
+                                                       "  Font file: qv-font.ttf",
+                                                       "  Log file: x.log",
+                                                       "  Random seed: -1",
+                                                       "  Networking: false",
+                                                       "  Scene graph: grid",
+                                                       "  Grid width: 10",
+                                                       "  Grid height: 8",
+                                                       "-----------------------------------"}));
 }

@@ -1,10 +1,10 @@
 // Interest registration and delivery on the managers.
 #include <gtest/gtest.h>
 
+#include "WorldFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "input/InputManager.h"
-#include "WorldFixture.h"
 
 using qv::Event;
 using qv::EventStep;
@@ -65,10 +65,12 @@ TEST_F(Interest, RefusedTypesAndUndefinedEvents) {
       "Manager(InputManager)::registerInterest(): Event 'qv-step' not valid for this Manager"));
   const Event undefined;
   EXPECT_EQ(game.onEvent(&undefined), 0);
-  EXPECT_TRUE(log->contains("Manager(GameManager)::onEvent(): Warning! Event type qv-undefined is undefined."));
+  EXPECT_TRUE(log->contains(
+      "Manager(GameManager)::onEvent(): Warning! Event type qv-undefined is undefined."));
   const Event turn = named("playerturn");
   EXPECT_EQ(game.onEvent(&turn), 0);
-  EXPECT_TRUE(log->contains("Manager(GameManager)::onEvent(): Error! Event type playerturn not valid."));
+  EXPECT_TRUE(
+      log->contains("Manager(GameManager)::onEvent(): Error! Event type playerturn not valid."));
   EXPECT_FALSE(world.isValid("qv-mouse"));
   EXPECT_TRUE(log->contains("WorldManager::isValid(): WorldManager does not handle qv-mouse"));
   EXPECT_FALSE(world.isValid("qv-out"));
@@ -83,7 +85,8 @@ TEST_F(Interest, RefusedTypesAndUndefinedEvents) {
   EXPECT_EQ(world.registerInterest(&b, "one more"), -1);
   EXPECT_EQ(log->messages().size(), lines);
   EXPECT_EQ(world.registerInterest(&b, "type99"), 0);  // known types still take objects
-  for (int i = 0; i < qv::MAX_EVENT_TYPES; i++) world.unregisterInterest(&p, "type" + std::to_string(i));
+  for (int i = 0; i < qv::MAX_EVENT_TYPES; i++)
+    world.unregisterInterest(&p, "type" + std::to_string(i));
   world.unregisterInterest(&b, "type99");
   EXPECT_EQ(world.getEventCount(), 0);
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "core/Clock.h"
 #include "EngineFixture.h"
+#include "core/Clock.h"
 #include "core/FramePacing.h"
 #include "platform/platform.h"
 
@@ -24,10 +24,10 @@ TEST(FramePacingTest, OversleepIsTakenOffTheNextFrame) {
 }
 
 TEST(FramePacingTest, PathBudgetIsNinetyFivePercentTruncatedTowardZero) {
-  EXPECT_EQ(qv::pathBudget(33, 5000, 0), 26);       // 26.6
-  EXPECT_EQ(qv::pathBudget(33, 5000, 2000), 24);    // 24.7
-  EXPECT_EQ(qv::pathBudget(33, 32000, 0), 0);       // 0.95
-  EXPECT_EQ(qv::pathBudget(33, 40000, 0), -6);      // -6.65
+  EXPECT_EQ(qv::pathBudget(33, 5000, 0), 26);     // 26.6
+  EXPECT_EQ(qv::pathBudget(33, 5000, 2000), 24);  // 24.7
+  EXPECT_EQ(qv::pathBudget(33, 32000, 0), 0);     // 0.95
+  EXPECT_EQ(qv::pathBudget(33, 40000, 0), -6);    // -6.65
   EXPECT_EQ(qv::pathBudget(0, 0, 0), 0);
 }
 

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <signal.h>
 #include <time.h>
 #include <unistd.h>
@@ -10,19 +9,21 @@
 #include <string>
 #include <vector>
 
-#include "core/Clock.h"
 #include "EngineFixture.h"
-#include "core/GameManager.h"
-#include "graphics/DisplayManager.h"
-#include "core/LogManager.h"
-#include "path/PathManager.h"
 #include "SignalTimer.h"
-#include "world/WorldManager.h"
+#include "core/Clock.h"
+#include "core/GameManager.h"
+#include "core/LogManager.h"
+#include "graphics/DisplayManager.h"
+#include "path/PathManager.h"
 #include "platform/platform.h"
+#include "world/WorldManager.h"
 
 namespace {
 
-qv::GameManager &game() { return qv::GameManager::getInstance(); }
+qv::GameManager &game() {
+  return qv::GameManager::getInstance();
+}
 
 const std::string STARS(52, '*');
 
@@ -38,7 +39,9 @@ std::vector<int> randomRun(unsigned int seed) {
   return {std::rand(), std::rand(), std::rand()};
 }
 
-std::vector<int> randomRun() { return {std::rand(), std::rand(), std::rand()}; }
+std::vector<int> randomRun() {
+  return {std::rand(), std::rand(), std::rand()};
+}
 
 }  // namespace
 
@@ -50,9 +53,8 @@ TEST_F(GameManagerTest, StartsWithBannersOnlyAndRefusesASecondStart) {
   EXPECT_EQ(game().getFrameTime(), 10);
   EXPECT_FALSE(game().getGameOver());
   EXPECT_EQ(game().getType(), "GameManager");
-  EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{STARS, "** Quorvelle version 4.25 **",
-                                      "** Game engine started **", STARS}));
+  EXPECT_EQ(log->messages(), (std::vector<std::string>{STARS, "** Quorvelle version 4.25 **",
+                                                       "** Game engine started **", STARS}));
   EXPECT_EQ(game().startUp(), -1);
   EXPECT_TRUE(log->contains("GameManager::startup(): Warning! GameManager already started."));
   EXPECT_TRUE(game().isValid("qv-step"));
@@ -69,7 +71,8 @@ TEST_F(GameManagerTest, RaisedLevelShowsStartUpDetailsAndShutDownStopsTheLogLast
   std::string cwd = qv::platform::currentDirectory();
   EXPECT_LT(at("  Frame time: 10"), at("Working directory:"));
   EXPECT_EQ(at("  " + cwd), at("Working directory:") + 1);
-  EXPECT_LT(at("Log Manager started."), at("GameManager::startUp(): frame time is 10 milliseconds"));
+  EXPECT_LT(at("Log Manager started."),
+            at("GameManager::startUp(): frame time is 10 milliseconds"));
   EXPECT_LT(at("GameManager()::startUp(): srand() seed with 77"),
             at("GameManager successfully started."));
   EXPECT_LT(at("GameManager successfully started."), static_cast<long>(lines.size()));

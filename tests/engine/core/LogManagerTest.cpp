@@ -3,18 +3,20 @@
 #include <regex>
 #include <string>
 
-#include "core/Config.h"
 #include "LogCapture.h"
+#include "TempDir.h"
+#include "core/Config.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
-#include "TempDir.h"
 
 using qvtest::LogCapture;
 using qvtest::ScopedEnv;
 using qvtest::TempDir;
 
 namespace {
-qv::LogManager &logManager() { return qv::LogManager::getInstance(); }
+qv::LogManager &logManager() {
+  return qv::LogManager::getInstance();
+}
 
 // The frame-number column as the log writes it now ("   0" in a fresh process).
 std::string frameColumn() {
@@ -35,8 +37,8 @@ TEST(LogManagerTest, PrefixesEveryLineWithTimeAndRightAlignedFrameNumber) {
   // Time, a blank, the frame number in four columns, a blank, the message.
   std::string time = "[0-2][0-9]:[0-5][0-9]:[0-6][0-9] ";
   std::string prefix = time + frameColumn() + " ";
-  EXPECT_TRUE(std::regex_match(
-      text, std::regex(prefix + "hello 42\n" + prefix + "\n" + prefix + "last\n")))
+  EXPECT_TRUE(
+      std::regex_match(text, std::regex(prefix + "hello 42\n" + prefix + "\n" + prefix + "last\n")))
       << text;
 }
 
@@ -51,8 +53,7 @@ TEST(LogManagerTest, LevelledLinesPassOnlyUpToTheLogLevel) {
   EXPECT_EQ(logManager().writeLog(5, "at five"), 7);
   EXPECT_EQ(logManager().writeLog(6, "above five"), 0);
   EXPECT_EQ(logManager().writeLog(-3, "negative"), 8);
-  EXPECT_EQ(log.messages(),
-            (std::vector<std::string>{"always", "at five", "negative"}));
+  EXPECT_EQ(log.messages(), (std::vector<std::string>{"always", "at five", "negative"}));
 }
 
 TEST(LogManagerTest, WritesToStandardErrorBeforeStartAndAfterStop) {
@@ -64,8 +65,7 @@ TEST(LogManagerTest, WritesToStandardErrorBeforeStartAndAfterStop) {
   log.stop();
   logManager().writeLog("after stop");
   std::string err = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(qvtest::logMessages(err),
-            (std::vector<std::string>{"before start", "after stop"}));
+  EXPECT_EQ(qvtest::logMessages(err), (std::vector<std::string>{"before start", "after stop"}));
   EXPECT_TRUE(
       std::regex_search(err, std::regex("^[0-9:]{8} " + frameColumn() + " before start\n")));
   EXPECT_EQ(log.messages(), std::vector<std::string>{"in file"});
@@ -87,8 +87,8 @@ TEST(LogManagerTest, StartRefusesSecondStartAndUnopenableFile) {
   std::string err = testing::internal::GetCapturedStderr();
   EXPECT_FALSE(logManager().isStarted());
   EXPECT_EQ(qvtest::logMessages(err),
-            std::vector<std::string>{"LogManager::startup(): Warning! Unable to open file '" +
-                                     bad + "'."});
+            std::vector<std::string>{"LogManager::startup(): Warning! Unable to open file '" + bad +
+                                     "'."});
 }
 
 TEST(LogManagerTest, FileNameComesFromEnvironmentElseConfiguration) {
@@ -144,8 +144,7 @@ TEST(LogManagerTest, FlushPutsEachLineOnDiskAndReportsWriteErrors) {
   logManager().setFlush(true);
   logManager().writeLog("flushed");
   // Read with a separate stream, without flushing the log's own.
-  EXPECT_EQ(qvtest::logMessages(qvtest::readFile(log.path())),
-            std::vector<std::string>{"flushed"});
+  EXPECT_EQ(qvtest::logMessages(qvtest::readFile(log.path())), std::vector<std::string>{"flushed"});
   log.stop();
 
   ScopedEnv full("QUORVELLE_LOG", "/dev/full");

@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <SFML/Graphics/Color.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <SFML/Graphics/Color.hpp>
 
 #include "EngineFixture.h"
 #include "core/LogManager.h"
@@ -18,10 +17,10 @@ TEST_F(UtilityLogTest, ColorsConvertToTheirComponentsAndNames) {
     unsigned char r, g, b;
     const char *name;
   };
-  const Row rows[] = {{qv::BLACK, 0, 0, 0, "Black"},         {qv::RED, 255, 0, 0, "Red"},
-                      {qv::GREEN, 0, 255, 0, "Green"},       {qv::YELLOW, 255, 255, 0, "Yellow"},
-                      {qv::BLUE, 0, 0, 255, "Blue"},         {qv::MAGENTA, 255, 0, 255, "Magenta"},
-                      {qv::CYAN, 0, 255, 255, "Cyan"},       {qv::WHITE, 255, 255, 255, "White"}};
+  const Row rows[] = {{qv::BLACK, 0, 0, 0, "Black"},   {qv::RED, 255, 0, 0, "Red"},
+                      {qv::GREEN, 0, 255, 0, "Green"}, {qv::YELLOW, 255, 255, 0, "Yellow"},
+                      {qv::BLUE, 0, 0, 255, "Blue"},   {qv::MAGENTA, 255, 0, 255, "Magenta"},
+                      {qv::CYAN, 0, 255, 255, "Cyan"}, {qv::WHITE, 255, 255, 255, "White"}};
   for (const Row &row : rows) {
     unsigned char r = 1, g = 2, b = 3;
     qv::colorToRGB(row.c, r, g, b);
@@ -47,11 +46,10 @@ TEST_F(UtilityLogTest, CustomAndUnsupportedColorsGiveWhiteAndLeaveComponents) {
     EXPECT_EQ(qv::colorToString(c), "Unknown color");
   }
   EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{"colorToSFML(): Color is CUSTOM.",
-                                      "colorToRGB(): Color 9 not supported.",
-                                      "colorToSFML(): Color 9 not supported.",
-                                      "colorToRGB(): Color -1 not supported.",
-                                      "colorToSFML(): Color -1 not supported."}));
+            (std::vector<std::string>{
+                "colorToSFML(): Color is CUSTOM.", "colorToRGB(): Color 9 not supported.",
+                "colorToSFML(): Color 9 not supported.", "colorToRGB(): Color -1 not supported.",
+                "colorToSFML(): Color -1 not supported."}));
 }
 
 TEST(UtilityTest, EnumerationNamesFallBackOutsideTheirRange) {
@@ -60,11 +58,9 @@ TEST(UtilityTest, EnumerationNamesFallBackOutsideTheirRange) {
     EXPECT_EQ(qv::solidnessToString(static_cast<qv::Solidness>(i)), solid[i < 0 ? 4 : i]);
   const char *transform[] = {"NONE", "VERTICAL", "HORIZONTAL", "BOTH", "UNKNOWN"};
   for (int i = -1; i <= 4; i++)
-    EXPECT_EQ(qv::transformToString(static_cast<qv::Transform>(i)),
-              transform[i < 0 ? 4 : i]);
-  const char *where[] = {"top-left",     "top-center",    "top-right",
-                         "center-left",  "center-center", "center-right",
-                         "bot-left",     "bot-center",    "bot-right"};
+    EXPECT_EQ(qv::transformToString(static_cast<qv::Transform>(i)), transform[i < 0 ? 4 : i]);
+  const char *where[] = {"top-left",     "top-center", "top-right",  "center-left", "center-center",
+                         "center-right", "bot-left",   "bot-center", "bot-right"};
   for (int i = 0; i < 9; i++) EXPECT_EQ(qv::locationToString(i), where[i]);
   EXPECT_EQ(qv::locationToString(9), "unknown");
   EXPECT_EQ(qv::locationToString(-1), "unknown");
@@ -107,8 +103,8 @@ TEST_F(UtilityLogTest, CheckStreamNamesTheFirstFaultyFlag) {
 
 TEST(UtilityTest, BoxesIntersectWithSharedEdgesAndCorners) {
   qv::Box unit(qv::Vector(0, 0), 1, 1);
-  EXPECT_TRUE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1, 1), 1, 1)));   // corner
-  EXPECT_TRUE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1, 0), 1, 1)));   // edge
+  EXPECT_TRUE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1, 1), 1, 1)));  // corner
+  EXPECT_TRUE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1, 0), 1, 1)));  // edge
   EXPECT_FALSE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1.01f, 0), 1, 1)));
   EXPECT_FALSE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(0, -1.5f), 1, 1)));
   // One box inside the other, either way round.

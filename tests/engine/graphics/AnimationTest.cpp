@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "graphics/Animation.h"
 #include "DisplayFixture.h"
-#include "graphics/Frame.h"
 #include "LogCapture.h"
+#include "graphics/Animation.h"
+#include "graphics/Frame.h"
 #include "graphics/Sprite.h"
 
 using qv::Animation;
@@ -97,7 +97,8 @@ TEST(Animation, BoxAndDescription) {
   animation.setIndex(2);
   animation.setSlowdownCount(1);
   animation.setTransform(qv::HORIZONTAL);
-  EXPECT_EQ(animation.toString(), "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
+  EXPECT_EQ(animation.toString(),
+            "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
   animation.setSlowdownCount(-1);
   animation.setTransform(9);
   EXPECT_EQ(animation.toString(), "sprite ship, frame_idx 2, slowdown_count -1, transform UNKNOWN");

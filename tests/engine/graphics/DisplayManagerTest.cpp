@@ -9,7 +9,9 @@ using qv::Vector;
 
 namespace {
 
-DisplayManager &display() { return DisplayManager::getInstance(); }
+DisplayManager &display() {
+  return DisplayManager::getInstance();
+}
 
 std::string blankScreen(int columns, int rows) {
   std::string text;
@@ -100,7 +102,8 @@ TEST_F(DisplayWindowTest, StartUpFailures) {
   {
     qvtest::ScopedEnv no_display("DISPLAY", nullptr);
     EXPECT_EQ(display().startUp(), -1);
-    EXPECT_TRUE(log->contains("DisplayManager::startUp(): Error! No window system: DISPLAY is not set."));
+    EXPECT_TRUE(
+        log->contains("DisplayManager::startUp(): Error! No window system: DISPLAY is not set."));
   }
   {
     // A display that does not answer fails the start instead of the process.
@@ -134,8 +137,10 @@ TEST_F(DisplayWindowTest, WindowFromConfiguration) {
   loadConfig("window_vertical_pixels:-3,");
   ASSERT_EQ(display().startUp(), 0);
   EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, desktop.height));
-  EXPECT_TRUE(log->contains("DisplayManager::startUp(): Error! -3 pixels down is no window size; "
-                            "using the desktop's " + std::to_string(desktop.height) + "."));
+  EXPECT_TRUE(
+      log->contains("DisplayManager::startUp(): Error! -3 pixels down is no window size; "
+                    "using the desktop's " +
+                    std::to_string(desktop.height) + "."));
 }
 
 TEST_F(DisplayWindowTest, TextViewOfStringsAndCharacters) {

@@ -1,8 +1,8 @@
 #include <string>
 
 #include "DisplayFixture.h"
-#include "graphics/Frame.h"
 #include "graphics/Animation.h"
+#include "graphics/Frame.h"
 #include "graphics/Sprite.h"
 
 using qv::Frame;

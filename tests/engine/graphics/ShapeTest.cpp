@@ -2,8 +2,8 @@
 
 #include "HudFixture.h"
 #include "core/LogManager.h"
-#include "world/Object.h"
 #include "graphics/Shape.h"
+#include "world/Object.h"
 
 using qv::Shape;
 using qv::ShapeFigure;

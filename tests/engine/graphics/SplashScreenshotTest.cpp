@@ -3,20 +3,24 @@
 #include <string>
 #include <vector>
 
+#include "HudFixture.h"
+#include "WorldFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
-#include "HudFixture.h"
-#include "input/InputManager.h"
 #include "graphics/Splash.h"
-#include "WorldFixture.h"
+#include "input/InputManager.h"
 #include "world/WorldManager.h"
 
 using qv::Vector;
 
 namespace {
 
-bool isGreen(sf::Color c) { return c.g > 100 && c.r < 60 && c.b < 60; }
-bool isBlue(sf::Color c) { return c.b > 100 && c.r < 60 && c.g < 60; }
+bool isGreen(sf::Color c) {
+  return c.g > 100 && c.r < 60 && c.b < 60;
+}
+bool isBlue(sf::Color c) {
+  return c.b > 100 && c.r < 60 && c.g < 60;
+}
 
 // Pixels of the kind in the w x h pixel rectangle at (x0, y0), clipped to the image.
 int countPixels(const sf::Image &image, int x0, int y0, int w, int h, bool (*kind)(sf::Color)) {

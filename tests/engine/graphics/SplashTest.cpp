@@ -1,15 +1,15 @@
 #include <string>
 #include <vector>
 
+#include "HudFixture.h"
+#include "WorldFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
-#include "HudFixture.h"
-#include "input/InputManager.h"
 #include "core/LogManager.h"
 #include "graphics/Splash.h"
 #include "graphics/SplashQuorvelle.h"
 #include "graphics/Sprite.h"
-#include "WorldFixture.h"
+#include "input/InputManager.h"
 #include "world/WorldManager.h"
 
 using qv::Vector;
@@ -24,7 +24,9 @@ qv::Object *findObject(const std::string &type) {
   return nullptr;
 }
 
-bool splashLeft() { return findObject("Splash") || findObject("SplashQuorvelle"); }
+bool splashLeft() {
+  return findObject("Splash") || findObject("SplashQuorvelle");
+}
 
 // A probe that hears every step before the splash objects do (it is made first).
 Probe *stepProbe(std::function<void(int)> at_step) {
@@ -95,7 +97,9 @@ TEST_F(SplashTest, WithoutAKeyItRunsNinetyStepsAndLeavesNothing) {
     last = step;
     auto *banner = findObject("Splash");
     auto *emblem = dynamic_cast<qv::SplashQuorvelle *>(findObject("SplashQuorvelle"));
-    if (step == 14) { EXPECT_EQ(emblem, nullptr); }
+    if (step == 14) {
+      EXPECT_EQ(emblem, nullptr);
+    }
     if (step < 15) return;
     ASSERT_TRUE(banner && emblem) << "step " << step;
     if (step == 15) {
@@ -110,7 +114,9 @@ TEST_F(SplashTest, WithoutAKeyItRunsNinetyStepsAndLeavesNothing) {
       EXPECT_NEAR(emblem->getPosition().getY(), target.getY(), 0.001);
     }
     const qv::Sprite *p_sprite = emblem->getAnimation().getSprite();
-    if (step == 59) { EXPECT_EQ(p_sprite->getWidth(), 11); }
+    if (step == 59) {
+      EXPECT_EQ(p_sprite->getWidth(), 11);
+    }
     if (step == 60) {
       EXPECT_EQ(p_sprite->getHeight(), 6);
       EXPECT_EQ(p_sprite->getColor(), qv::GREEN);
@@ -138,8 +144,8 @@ TEST_F(SplashTest, AKeyEndsTheSequenceInThatStep) {
     Probe *probe = stepProbe([&](int step) {
       last = step;
       if (step == key_step)
-        answered = qv::InputManager::getInstance().deliverKeyboard(qv::Keyboard::SPACE,
-                                                                   qv::KEY_PRESSED);
+        answered =
+            qv::InputManager::getInstance().deliverKeyboard(qv::Keyboard::SPACE, qv::KEY_PRESSED);
     });
     const int probe_id = probe->getId();
     EXPECT_EQ(qv::splash(), 0);

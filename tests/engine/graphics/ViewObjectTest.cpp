@@ -1,10 +1,10 @@
 #include <string>
 #include <vector>
 
-#include "core/EventStep.h"
-#include "graphics/EventView.h"
 #include "HudFixture.h"
+#include "core/EventStep.h"
 #include "core/LogManager.h"
+#include "graphics/EventView.h"
 #include "graphics/TextBox.h"
 #include "graphics/ViewObject.h"
 #include "world/WorldManager.h"

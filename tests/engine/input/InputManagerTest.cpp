@@ -5,24 +5,23 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <SFML/Graphics/RenderWindow.hpp>
+#include <SFML/System/Sleep.hpp>
+#include <SFML/Window/Event.hpp>
+#include <SFML/Window/Window.hpp>
 #include <cstdlib>
 #include <set>
 #include <string>
 #include <vector>
 
-#include <SFML/Graphics/RenderWindow.hpp>
-#include <SFML/System/Sleep.hpp>
-#include <SFML/Window/Event.hpp>
-#include <SFML/Window/Window.hpp>
-
-#include "core/Config.h"
 #include "DisplayFixture.h"
 #include "EngineFixture.h"
+#include "core/Config.h"
+#include "core/GameManager.h"
+#include "core/LogManager.h"
 #include "input/EventKeyboard.h"
 #include "input/EventMouse.h"
-#include "core/GameManager.h"
 #include "input/InputManager.h"
-#include "core/LogManager.h"
 #include "platform/platform.h"
 #include "world/Object.h"
 
@@ -49,8 +48,7 @@ class Recorder : public qv::Object {
       const auto *m = static_cast<const qv::EventMouse *>(p_e);
       static const char *const ACTIONS[] = {"clicked", "held", "moved"};
       seen.push_back(std::string(ACTIONS[m->getMouseAction()]) + " " +
-                     std::to_string(m->getMouseButton()) + " " +
-                     m->getMousePosition().toString());
+                     std::to_string(m->getMouseButton()) + " " + m->getMousePosition().toString());
     }
     return 1;
   }
@@ -77,9 +75,15 @@ sf::Event mouseButtonEvent(sf::Event::EventType type, sf::Mouse::Button button, 
 
 // Keys or buttons reported down by the held-input polls.
 std::set<int> g_down;
-bool keyDown(sf::Keyboard::Key k) { return g_down.count(k) > 0; }
-bool buttonDown(sf::Mouse::Button b) { return g_down.count(b) > 0; }
-bool everyKeyDown(sf::Keyboard::Key) { return true; }
+bool keyDown(sf::Keyboard::Key k) {
+  return g_down.count(k) > 0;
+}
+bool buttonDown(sf::Mouse::Button b) {
+  return g_down.count(b) > 0;
+}
+bool everyKeyDown(sf::Keyboard::Key) {
+  return true;
+}
 
 TEST(KeyTable, EveryWindowKeyMapsToItsEngineKey) {
   struct Row {
@@ -134,11 +138,11 @@ TEST(KeyTable, EveryWindowKeyMapsToItsEngineKey) {
   // Every other window key is undefined; the defined ones are all distinct
   // and cover 0..75 except the unused 73.
   const sf::Keyboard::Key unmapped[] = {
-      sf::Keyboard::LAlt,    sf::Keyboard::RAlt,     sf::Keyboard::LSystem, sf::Keyboard::RSystem,
-      sf::Keyboard::Menu,    sf::Keyboard::Hyphen,   sf::Keyboard::PageUp,  sf::Keyboard::PageDown,
-      sf::Keyboard::End,     sf::Keyboard::Home,     sf::Keyboard::Insert,  sf::Keyboard::Delete,
-      sf::Keyboard::Divide,  sf::Keyboard::Numpad0,  sf::Keyboard::Numpad9, sf::Keyboard::F13,
-      sf::Keyboard::F15,     sf::Keyboard::Unknown,  sf::Keyboard::KeyCount};
+      sf::Keyboard::LAlt,   sf::Keyboard::RAlt,    sf::Keyboard::LSystem, sf::Keyboard::RSystem,
+      sf::Keyboard::Menu,   sf::Keyboard::Hyphen,  sf::Keyboard::PageUp,  sf::Keyboard::PageDown,
+      sf::Keyboard::End,    sf::Keyboard::Home,    sf::Keyboard::Insert,  sf::Keyboard::Delete,
+      sf::Keyboard::Divide, sf::Keyboard::Numpad0, sf::Keyboard::Numpad9, sf::Keyboard::F13,
+      sf::Keyboard::F15,    sf::Keyboard::Unknown, sf::Keyboard::KeyCount};
   for (sf::Keyboard::Key k : unmapped) EXPECT_EQ(qv::toEngineKey(k), Key::UNDEFINED_KEY) << k;
   std::set<int> produced;
   int defined = 0;
@@ -195,9 +199,9 @@ TEST_F(InputManagerTest, TurnsKeyEventsIntoKeyboardEvents) {
   EXPECT_TRUE(input().handleEvent(keyEvent(sf::Event::KeyPressed, sf::Keyboard::A)));
   EXPECT_TRUE(input().handleEvent(keyEvent(sf::Event::KeyReleased, sf::Keyboard::Quote)));
   EXPECT_TRUE(input().handleEvent(keyEvent(sf::Event::KeyPressed, sf::Keyboard::F11)));
-  EXPECT_EQ(recorder->seen, (std::vector<std::string>{key("pressed", Key::A),
-                                                      key("released", Key::QUOTE),
-                                                      key("pressed", Key::F11)}));
+  EXPECT_EQ(recorder->seen,
+            (std::vector<std::string>{key("pressed", Key::A), key("released", Key::QUOTE),
+                                      key("pressed", Key::F11)}));
 
   // Keys the engine lacks still arrive, as UNDEFINED_KEY, with a warning.
   qv::LogManager::getInstance().setLogLevel(1);
@@ -217,7 +221,8 @@ TEST_F(InputManagerTest, TurnsKeyEventsIntoKeyboardEvents) {
   EXPECT_EQ(none.getKey(), Key::UNDEFINED_KEY);
   EXPECT_EQ(none.getKeyboardAction(), qv::UNDEFINED_KEYBOARD_ACTION);
   EXPECT_TRUE(log->contains("toEventKeyboard(): Error! Called with non-keyboard event."));
-  const qv::EventKeyboard z = input().toEventKeyboard(keyEvent(sf::Event::KeyPressed, sf::Keyboard::Z));
+  const qv::EventKeyboard z =
+      input().toEventKeyboard(keyEvent(sf::Event::KeyPressed, sf::Keyboard::Z));
   EXPECT_EQ(z.getKey(), Key::Z);
   EXPECT_EQ(z.getKeyboardAction(), qv::UNDEFINED_KEYBOARD_ACTION);
 }
@@ -242,20 +247,21 @@ TEST_F(InputManagerTest, TurnsMouseEventsIntoCellPositions) {
   text.text = sf::Event::TextEvent{'a'};
   input().handleEvent(text);
 
-  EXPECT_EQ(recorder->seen, (std::vector<std::string>{
-                                "moved -1 (10,2)", "clicked 0 (0,0)", "clicked 1 (79.9219,23.9688)",
-                                "clicked 2 (5,0.5)", "clicked -1 (0,0)"}));
+  EXPECT_EQ(recorder->seen, (std::vector<std::string>{"moved -1 (10,2)", "clicked 0 (0,0)",
+                                                      "clicked 1 (79.9219,23.9688)",
+                                                      "clicked 2 (5,0.5)", "clicked -1 (0,0)"}));
 }
 
 TEST_F(InputManagerTest, HeldKeysAndButtonsComeInTheirFixedOrder) {
   input().deliverHeldKeys(&everyKeyDown);
   std::vector<std::string> expected;
-  for (Key::Key k : {Key::UP_ARROW, Key::DOWN_ARROW, Key::LEFT_ARROW, Key::RIGHT_ARROW, Key::SPACE,
-                     Key::ENTER, Key::TAB, Key::ESCAPE, Key::PAUSE, Key::MINUS, Key::PLUS,
-                     Key::TILDE, Key::PERIOD, Key::COMMA, Key::SLASH, Key::EQUAL, Key::BACKSLASH,
-                     Key::MULTIPLY, Key::QUOTE, Key::LEFT_BRACKET, Key::RIGHT_BRACKET,
-                     Key::SEMICOLON, Key::LEFT_CONTROL, Key::RIGHT_CONTROL, Key::LEFT_SHIFT,
-                     Key::RIGHT_SHIFT})
+  for (Key::Key k : {Key::UP_ARROW,      Key::DOWN_ARROW, Key::LEFT_ARROW,   Key::RIGHT_ARROW,
+                     Key::SPACE,         Key::ENTER,      Key::TAB,          Key::ESCAPE,
+                     Key::PAUSE,         Key::MINUS,      Key::PLUS,         Key::TILDE,
+                     Key::PERIOD,        Key::COMMA,      Key::SLASH,        Key::EQUAL,
+                     Key::BACKSLASH,     Key::MULTIPLY,   Key::QUOTE,        Key::LEFT_BRACKET,
+                     Key::RIGHT_BRACKET, Key::SEMICOLON,  Key::LEFT_CONTROL, Key::RIGHT_CONTROL,
+                     Key::LEFT_SHIFT,    Key::RIGHT_SHIFT})
     expected.push_back(key("held", k));
   for (int k = Key::F1; k <= Key::F10; k++) expected.push_back(key("held", Key::Key(k)));
   for (int k = Key::A; k <= Key::Z; k++) expected.push_back(key("held", Key::Key(k)));
@@ -290,8 +296,9 @@ TEST_F(InputManagerTest, HeldKeysAndButtonsComeInTheirFixedOrder) {
 
 TEST_F(InputManagerTest, ScriptedKeysReachInterestedObjects) {
   EXPECT_EQ(input().deliverKeyboard(Key::P, qv::KEY_PRESSED), 1);
-  EXPECT_EQ(input().deliverMouse(qv::MOUSE_MOVED, qv::Mouse::UNDEFINED_MOUSE_BUTTON,
-                                 qv::Vector(1, 2)), 1);
+  EXPECT_EQ(
+      input().deliverMouse(qv::MOUSE_MOVED, qv::Mouse::UNDEFINED_MOUSE_BUTTON, qv::Vector(1, 2)),
+      1);
   EXPECT_EQ(recorder->seen, (std::vector<std::string>{key("pressed", Key::P), "moved -1 (1,2)"}));
 
   // The input manager delivers keyboard and mouse events only.
@@ -348,12 +355,13 @@ TEST_F(InputWindowTest, SwitchesKeyRepeatOffWhileRunning) {
 
   qv::DisplayManager::getInstance().shutDown();
   EXPECT_EQ(input.startUp(), -1);
-  EXPECT_TRUE(log->contains("InputManager::startUp(): Error! DisplayManager must be started first."));
+  EXPECT_TRUE(
+      log->contains("InputManager::startUp(): Error! DisplayManager must be started first."));
   EXPECT_FALSE(input.isStarted());
   // A window gone at run time is reported, once per frame.
   input.getInput();
-  EXPECT_EQ(log->count("InputManager::getInput(): DisplayManager unexpectedly returned null window!"),
-            1);
+  EXPECT_EQ(
+      log->count("InputManager::getInput(): DisplayManager unexpectedly returned null window!"), 1);
 }
 
 // A whole engine around a real window of 24 x 8 cells of 20 x 30 pixels.
@@ -398,11 +406,12 @@ TEST(KeyboardState, AgreesWithTheWindowLibraryForEveryKeyCode) {
   if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
   void *xtst = dlopen("libXtst.so.6", RTLD_NOW);
   if (!xtst) GTEST_SKIP() << "no XTest library";
-  auto open_display = reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
+  auto open_display =
+      reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
   auto close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
   auto sync = reinterpret_cast<int (*)(void *, int)>(dlsym(RTLD_DEFAULT, "XSync"));
-  auto fake_key =
-      reinterpret_cast<int (*)(void *, unsigned, int, unsigned long)>(dlsym(xtst, "XTestFakeKeyEvent"));
+  auto fake_key = reinterpret_cast<int (*)(void *, unsigned, int, unsigned long)>(
+      dlsym(xtst, "XTestFakeKeyEvent"));
   ASSERT_TRUE(open_display && close_display && sync && fake_key);
   // A window keeps the window library's own connection open between polls.
   sf::Window window(sf::VideoMode(32, 32), "keys");
@@ -412,7 +421,8 @@ TEST(KeyboardState, AgreesWithTheWindowLibraryForEveryKeyCode) {
   std::vector<sf::Keyboard::Key> keys;
   for (int code = 0; code < sf::Keyboard::KeyCount; code++) {
     const auto k = static_cast<sf::Keyboard::Key>(code);
-    if (qv::toEngineKey(k) != Key::UNDEFINED_KEY && k != sf::Keyboard::F11 && k != sf::Keyboard::F12)
+    if (qv::toEngineKey(k) != Key::UNDEFINED_KEY && k != sf::Keyboard::F11 &&
+        k != sf::Keyboard::F12)
       keys.push_back(k);
   }
   ASSERT_EQ(keys.size(), 73u);

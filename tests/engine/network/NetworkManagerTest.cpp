@@ -1,29 +1,27 @@
 #include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <csignal>
-#include <cstdlib>
-#include <sstream>
-
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "EngineFixture.h"
-#include "network/EventNetwork.h"
+#include "TempDir.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
-#include "network/NetworkManager.h"
-#include "world/Object.h"
-#include "TempDir.h"
 #include "graphics/TextBox.h"
-#include "world/WorldManager.h"
+#include "network/EventNetwork.h"
+#include "network/NetworkManager.h"
 #include "platform/platform.h"
 #include "platform/sockets.h"
+#include "world/Object.h"
+#include "world/WorldManager.h"
 
 namespace {
 
@@ -69,8 +67,10 @@ class RawClient {
     char chunk[4096];
     for (int waited = 0; got.size() < want && waited < ms; waited++) {
       long n = qv::platform::socketReceive(m_sock, chunk, sizeof chunk, false);
-      if (n > 0) got.append(chunk, n);
-      else qv::platform::sleepMilliseconds(1);
+      if (n > 0)
+        got.append(chunk, n);
+      else
+        qv::platform::sleepMilliseconds(1);
     }
     return got;
   }
@@ -135,12 +135,13 @@ TEST_F(NetworkTest, StartedOnlyWithNetworkingAndServesTheNetworkTypes) {
   EXPECT_TRUE(nm.isStarted());
   EXPECT_EQ(nm.startUp(), -1);
   EXPECT_TRUE(log->contains("NetworkManager::startup(): Warning! NetworkManager already started."));
-  for (const char *type : {"qv-network", "qv-keyboard-network", "qv-mouse-network",
-                           "qv-network-create", "qv-custom-network", "qv-network-delete",
-                           "qv-network-game-over", "qv-network-sync"})
+  for (const char *type :
+       {"qv-network", "qv-keyboard-network", "qv-mouse-network", "qv-network-create",
+        "qv-custom-network", "qv-network-delete", "qv-network-game-over", "qv-network-sync"})
     EXPECT_TRUE(nm.isValid(type)) << type;
   EXPECT_FALSE(nm.isValid("qv-step"));
-  EXPECT_TRUE(log->contains("NetworkManager::isValid(): Error! NetworkManager does not handle qv-step."));
+  EXPECT_TRUE(
+      log->contains("NetworkManager::isValid(): Error! NetworkManager does not handle qv-step."));
 
   // Shut-down closes the connections and the server with the engine.
   listen();
@@ -190,7 +191,8 @@ TEST_F(NetworkTest, BytesArriveIntactBothWays) {
   EXPECT_EQ(nm.send(out.data(), static_cast<int>(out.size()), 0), 0);
   EXPECT_EQ(client.read(out.size()), out);
   EXPECT_EQ(nm.send(nullptr, 3, 0), -1);
-  EXPECT_TRUE(log->contains("NetworkManager::send(): Error! No message of 3 bytes to send on socket 0."));
+  EXPECT_TRUE(
+      log->contains("NetworkManager::send(): Error! No message of 3 bytes to send on socket 0."));
   EXPECT_TRUE(nm.isConnected(0));
 
   char buffer[64];
@@ -236,8 +238,9 @@ TEST_F(NetworkTest, MessagesKeepTheirBoundariesAndHostileLengthsAreRefused) {
     got = nm.receiveMessage(&message, 0);
   EXPECT_EQ(got, -1);
   EXPECT_FALSE(nm.isConnected());
-  EXPECT_TRUE(log->contains("NetworkManager::receiveMessage(): Error! Message of 4294967295 bytes on "
-                            "socket 0 is over the limit of 16777216. Closing the connection."));
+  EXPECT_TRUE(
+      log->contains("NetworkManager::receiveMessage(): Error! Message of 4294967295 bytes on "
+                    "socket 0 is over the limit of 16777216. Closing the connection."));
   EXPECT_EQ(p_listener->events.back(), std::make_pair(2, 0));
 }
 
@@ -290,7 +293,8 @@ TEST_F(NetworkTest, ConnectionCountAndTheMaximum) {
   // At the maximum the fourth client waits, untouched, until it is raised.
   qv::LogManager::getInstance().setLogLevel(20);
   EXPECT_EQ(nm.accept(), -1);
-  EXPECT_TRUE(log->contains("NetworkManager::accept(): Won't check for new connetions since at max."));
+  EXPECT_TRUE(
+      log->contains("NetworkManager::accept(): Won't check for new connetions since at max."));
   EXPECT_TRUE(log->contains("\tUse NM.setMaxConnections() to change max."));
   qv::LogManager::getInstance().setLogLevel(0);
   EXPECT_EQ(nm.connect("127.0.0.1", std::to_string(nm.getPort())), -1);
@@ -319,9 +323,11 @@ TEST_F(NetworkTest, ClosingRenumbersAndTellsTheListeners) {
   EXPECT_EQ(a.read(1, 50), "");  // the closed one hears the goodbye, no data
 
   EXPECT_EQ(nm.send("x", 1, 5), -1);
-  EXPECT_TRUE(log->contains("NetworkManager::send(): Error! Socket 5 not connected. Unable to send."));
+  EXPECT_TRUE(
+      log->contains("NetworkManager::send(): Error! Socket 5 not connected. Unable to send."));
   EXPECT_EQ(nm.send("x", 1, -2), -1);
-  EXPECT_TRUE(log->contains("NetworkManager::send(): Error! Socket -2 not connected. Unable to send."));
+  EXPECT_TRUE(
+      log->contains("NetworkManager::send(): Error! Socket -2 not connected. Unable to send."));
   EXPECT_EQ(nm.close(7), -1);
 
   p_listener->events.clear();
@@ -507,7 +513,8 @@ TEST(NetworkExchangeTest, TwoEnginesRebuildEachOthersObjects) {
     waitpid(child, &status, 0);
   }
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
-      << "peer status " << status << "\n" << qvtest::readFile(dir.file("peer.log"));
+      << "peer status " << status << "\n"
+      << qvtest::readFile(dir.file("peer.log"));
   stopPeerEngine();
 }
 

@@ -1,9 +1,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "path/EventPath.h"
 #include "PathFixture.h"
 #include "core/utility.h"
+#include "path/EventPath.h"
 
 namespace {
 

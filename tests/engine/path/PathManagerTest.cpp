@@ -2,11 +2,11 @@
 #include <vector>
 
 #include "EngineFixture.h"
-#include "path/EventPath.h"
+#include "PathFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
-#include "PathFixture.h"
+#include "path/EventPath.h"
 
 namespace {
 
@@ -20,7 +20,8 @@ class PathManagerTest : public qvtest::PathFixture {
   Probe *walker(Vector where, std::vector<qv::EventPath> *p_events) {
     Probe *p_o = new Probe(where);
     p_o->on_event = [p_o, p_events](const qv::Event *p_e) {
-      if (const auto *p_path = dynamic_cast<const qv::EventPath *>(p_e)) p_events->push_back(*p_path);
+      if (const auto *p_path = dynamic_cast<const qv::EventPath *>(p_e))
+        p_events->push_back(*p_path);
       return p_o->qv::Object::eventHandler(p_e);
     };
     return p_o;
@@ -136,9 +137,10 @@ TEST_F(PathManagerTest, KeptFinishedSearchIsReportedOnceThenDelisted) {
   EXPECT_EQ(p_keeper->count("qv-path"), 1);
   EXPECT_EQ(paths.getSearchCount(), 0);
   EXPECT_EQ(p_keeper->getPathFind(), p_search);  // still owned by the object
-  EXPECT_EQ(log->count("PathManager::cycle(): Warning! Object " + std::to_string(p_keeper->getId()) +
-                       " kept its finished path search; it is no longer stepped."),
-            1);
+  EXPECT_EQ(
+      log->count("PathManager::cycle(): Warning! Object " + std::to_string(p_keeper->getId()) +
+                 " kept its finished path search; it is no longer stepped."),
+      1);
   // It goes with its object, which finds it no longer listed.
   qv::WorldManager::getInstance().markForDelete(p_keeper);
   qv::WorldManager::getInstance().update();
@@ -168,7 +170,8 @@ TEST(PathManagerAlone, RefusesSearchesUntilStarted) {
   qv::PathManager &paths = qv::PathManager::getInstance();
   ASSERT_FALSE(paths.isStarted());
   EXPECT_EQ(paths.findPath(nullptr, Vector(1, 1)), nullptr);
-  EXPECT_TRUE(log.contains("PathManager::findPath(): Error! PathManager not started; no search made."));
+  EXPECT_TRUE(
+      log.contains("PathManager::findPath(): Error! PathManager not started; no search made."));
 }
 
 // The whole engine, so that the frame time sets the minimum cycle time and
@@ -244,9 +247,9 @@ TEST_F(PathEngineTest, FrameLoopDeliversThePathAndTheObjectWalksIt) {
   qv::GameManager::getInstance().run();
   // The path arrives at the end of frame 0; frame 1 snaps to its first
   // waypoint (the start) and turns; from frame 2 on, one cell per frame.
-  const std::vector<Vector> expected = {Vector(2, 2), Vector(2, 2), Vector(2, 2), Vector(3, 2),
-                                        Vector(4, 2), Vector(5, 2), Vector(6, 2), Vector(6, 2),
-                                        Vector(6, 2)};
+  const std::vector<Vector> expected = {Vector(2, 2), Vector(2, 2), Vector(2, 2),
+                                        Vector(3, 2), Vector(4, 2), Vector(5, 2),
+                                        Vector(6, 2), Vector(6, 2), Vector(6, 2)};
   EXPECT_EQ(seen, expected);
   EXPECT_EQ(p_o->count("qv-path"), 1);
   EXPECT_FALSE(p_o->getFollowPath());

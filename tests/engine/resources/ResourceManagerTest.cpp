@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "core/LogManager.h"
 #include "ResourceFixture.h"
+#include "core/LogManager.h"
 
 namespace {
 
@@ -111,24 +111,38 @@ TEST_F(ResourceManagerTest, TracesASimpleLoadLineByLine) {
   Lines lines;
   const std::string file = dir.file("sprite.txt");
   ASSERT_EQ(load(SIMPLE_MAN, "man", &lines), 0);
-  const Lines expected = {
-      "RM::loadSprite(): Loading sprite '" + file + "'.",
-      "RM::loadSprite(): assuming simple sprite file format.",
-      "\tLine  1: '2'", "\tLine  2: '3'", "\tLine  3: '2'", "\tLine  4: '4'",
-      "\tLine  5: 'cyan'",
-      "\t      Frames: 2", "\t       Width: 3", "\t      Height: 2", "\t    Slowdown: 4",
-      "\t       Color: Cyan",
-      "RM::loadSimpleSprite(): Reading frame 1 of 2.", "\tLine  6: '.o.'", "\tLine  7: '/#\\'",
-      "RM::loadSimpleSprite(): Reading frame 2 of 2.", "\tLine  8: '\\o/'", "\tLine  9: '.#.'",
-      "RM::loadSprite(): Sprite 'man' frames:", "\tFrame 1:", "\t.o.", "\t/#\\", "\tFrame 2:",
-      "\t\\o/", "\t.#.",
-      "RM::loadSprite(): Sprite 'man' loaded."};
+  const Lines expected = {"RM::loadSprite(): Loading sprite '" + file + "'.",
+                          "RM::loadSprite(): assuming simple sprite file format.",
+                          "\tLine  1: '2'",
+                          "\tLine  2: '3'",
+                          "\tLine  3: '2'",
+                          "\tLine  4: '4'",
+                          "\tLine  5: 'cyan'",
+                          "\t      Frames: 2",
+                          "\t       Width: 3",
+                          "\t      Height: 2",
+                          "\t    Slowdown: 4",
+                          "\t       Color: Cyan",
+                          "RM::loadSimpleSprite(): Reading frame 1 of 2.",
+                          "\tLine  6: '.o.'",
+                          "\tLine  7: '/#\\'",
+                          "RM::loadSimpleSprite(): Reading frame 2 of 2.",
+                          "\tLine  8: '\\o/'",
+                          "\tLine  9: '.#.'",
+                          "RM::loadSprite(): Sprite 'man' frames:",
+                          "\tFrame 1:",
+                          "\t.o.",
+                          "\t/#\\",
+                          "\tFrame 2:",
+                          "\t\\o/",
+                          "\t.#.",
+                          "RM::loadSprite(): Sprite 'man' loaded."};
   EXPECT_EQ(lines, expected);
 }
 
 TEST_F(ResourceManagerTest, RefusesBrokenSimpleHeaders) {
   expectRefused("0\n3\n1\n0\nred\nabc\n", {"RM::loadSprite(): Error! Unknown sprite file format.",
-                                          "RM::loadSprite(): First line is '0'."});
+                                           "RM::loadSprite(): First line is '0'."});
   expectRefused("hello\n", {"RM::loadSprite(): Error! Unknown sprite file format.",
                             "RM::loadSprite(): First line is 'hello'."});
   expectRefused("", {"RM::loadSprite(): Error! Unknown sprite file format.",
@@ -143,13 +157,13 @@ TEST_F(ResourceManagerTest, RefusesBrokenSimpleHeaders) {
                  "                    blue, magenta, cyan or white."});
   // A missing header line: an empty line, or the file's end after a line end...
   expectRefused("2\n3\n\n4\n", {"RM::loadSimpleSprite(): Error! Unexpected end of file.",
-                               "\tMissing height (an integer)."});
+                                "\tMissing height (an integer)."});
   expectRefused("2\n3\n1\n", {"RM::loadSimpleSprite(): Error! Unexpected end of file.",
-                             "\tMissing slowdown (an integer)."});
+                              "\tMissing slowdown (an integer)."});
   // ...or right after the last character, where the reader notices first.
   expectRefused("2\n3\n1\n4", {"getLine(): Error! Unexpected end of file.",
-                              "RM::loadSimpleSprite(): Error! Unexpected end of file.",
-                              "\tMissing color (a string)."});
+                               "RM::loadSimpleSprite(): Error! Unexpected end of file.",
+                               "\tMissing color (a string)."});
 
   // Slowdown 0 is a still picture and fine; numbers stop at the first non-digit.
   EXPECT_EQ(load("1\n1\n1\n0\nblue\na\n"), 0);
@@ -160,9 +174,9 @@ TEST_F(ResourceManagerTest, RefusesBrokenSimpleHeaders) {
 
 TEST_F(ResourceManagerTest, RefusesBrokenSimpleFrames) {
   expectRefused("1\n3\n1\n0\nred\nabcd\n", {"RM::loadSimpleSprite(): Error line 6!",
-                                           "\tLine  6: 'abcd'", "\tWidth is 4, expected 3."});
+                                            "\tLine  6: 'abcd'", "\tWidth is 4, expected 3."});
   expectRefused("2\n3\n1\n4\nred\nabc\n", {"RM::loadSimpleSprite(): Error! Unexpected end of file.",
-                                          "\tReading frame 2 of 2, row 1 of 1."});
+                                           "\tReading frame 2 of 2, row 1 of 1."});
   // An empty row ends the frames as the file's end does.
   expectRefused("1\n3\n2\n4\nred\nabc\n\nabc\n",
                 {"RM::loadSimpleSprite(): Error! Unexpected end of file.",
@@ -198,7 +212,8 @@ TEST_F(ResourceManagerTest, RobustHeaderDefaultsAndOddValues) {
 
   // A blank is written quoted; otherwise the value's first character counts.
   ASSERT_EQ(load(robust("frames 1\nwidth 1\nheight 1\ntransparency \" \"\n", "a\nend\n"), "blank",
-                 &lines), 0);
+                 &lines),
+            0);
   EXPECT_EQ(rm().getSprite("blank")->getTransparency(), ' ');
   EXPECT_TRUE(has("RM::loadRobustSprite(): transparency is 'space'"));
   ASSERT_EQ(load(robust("frames 1\nwidth 1\nheight 1\ntransparency #x\n", "a\nend\n"), "hash"), 0);
@@ -208,7 +223,8 @@ TEST_F(ResourceManagerTest, RobustHeaderDefaultsAndOddValues) {
   // as unused, not refused.
   qv::LogManager::getInstance().setLogLevel(1);
   ASSERT_EQ(load(robust("frames 1\nwidth 9\nwidth 1\nheight 1\nauthor me\n", "a\nend\n"), "twice",
-                 &lines), 0);
+                 &lines),
+            0);
   EXPECT_EQ(rm().getSprite("twice")->getWidth(), 1);
   EXPECT_TRUE(has("matchLineInt(): Warning! 'width 1' matches multiple lines."));
   EXPECT_TRUE(has("RM::loadRobustSprite(): Warning! Unused HEADER lines:"));
@@ -230,8 +246,8 @@ TEST_F(ResourceManagerTest, RefusesBrokenRobustHeaders) {
   expectRefused("<HEADER>\nframes 1\nwidth 1\n\nheight 1\n</HEADER>\n",
                 {"readData(): Error! Stop at line 3, never encountered '</HEADER>'."});
   expectRefused("<HEADER>\nframes 1", {"getLine(): Error! Unexpected end of file.",
-                                          "readData(): Error! Stop at line 1, never "
-                                          "encountered '</HEADER>'."});
+                                       "readData(): Error! Stop at line 1, never "
+                                       "encountered '</HEADER>'."});
   // A frame count the sprite could never hold is refused without a crash.
   expectRefused(robust("frames -2\nwidth 1\nheight 1\n", "a\nend\n"),
                 {"Sprite::Sprite(): Error! Unable to allocate -2 frames.",
@@ -257,8 +273,8 @@ TEST_F(ResourceManagerTest, RefusesBrokenRobustBodiesAndFooters) {
                  "RM::loadRobustSprite(): Error! No frame data to add."});
   // More frames than declared.
   expectRefused(robust("frames 1\nwidth 3\nheight 2\n", ".o.\n/#\\\nend\n\\o/\n.#.\nend\n"),
-                {"RM::loadRobustSprite(): Error! Extra BODY:", "\tLine 13: \\o/",
-                 "\tLine 14: .#.", "\tLine 15: end"});
+                {"RM::loadRobustSprite(): Error! Extra BODY:", "\tLine 13: \\o/", "\tLine 14: .#.",
+                 "\tLine 15: end"});
   expectRefused("<HEADER>\nframes 1\nwidth 1\nheight 1\n</HEADER>\n<BDY>\n",
                 {"readData(): Error line 6! Expected '<BODY>', have '<BDY>'."});
   expectRefused(robust("frames 1\nwidth 1\nheight 1\n", "a\nend\n", "author me\n"),
@@ -284,12 +300,14 @@ TEST_F(ResourceManagerTest, LabelsLimitsAndLifecycle) {
   const std::string file = dir.write("one.txt", "1\n1\n1\n0\nred\na\n");
   while (rm().getSpriteCount() < qv::MAX_SPRITES) ASSERT_EQ(rm().loadSprite(file, "x"), 0);
   EXPECT_EQ(rm().loadSprite(file, "last"), -1);
-  EXPECT_TRUE(log->contains("RM::loadRobustSprite(): Error! Cannot add more Sprites (max is 1000)."));
+  EXPECT_TRUE(
+      log->contains("RM::loadRobustSprite(): Error! Cannot add more Sprites (max is 1000)."));
   EXPECT_TRUE(log->contains("RM::loadRobustSprite(): Sprite 'last' not loaded."));
   EXPECT_EQ(rm().getSpriteCount(), 1000);
 
   EXPECT_EQ(rm().startUp(), -1);
-  EXPECT_TRUE(log->contains("ResourceManager::startup(): Warning! ResourceManager already started."));
+  EXPECT_TRUE(
+      log->contains("ResourceManager::startup(): Warning! ResourceManager already started."));
   rm().shutDown();
   EXPECT_EQ(rm().getSpriteCount(), 0);
   EXPECT_EQ(rm().loadSprite(file, "late"), -1);
@@ -322,8 +340,8 @@ TEST(SpriteCheckTool, SummarisesGoodFilesAndQuotesTheReaderOnBadOnes) {
   EXPECT_EQ(run(good + " " + bad, out), 1);
   EXPECT_EQ(out, good + ": 2 frames of 3x2, color cyan, slowdown 4, transparency '.'\n" + bad +
                      ": FAILED\n    RM::loadSimpleSprite(): Error line 6!\n    \tLine  6: 'abcd'\n"
-                     "    \tWidth is 4, expected 3.\n    RM::loadSprite(): Sprite '" + bad +
-                     "' NOT loaded.\n1 of 2 sprite files load.\n");
+                     "    \tWidth is 4, expected 3.\n    RM::loadSprite(): Sprite '" +
+                     bad + "' NOT loaded.\n1 of 2 sprite files load.\n");
 }
 
 }  // namespace

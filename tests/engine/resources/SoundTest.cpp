@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <SFML/Audio/Sound.hpp>
 #include <string>
 
-#include <SFML/Audio/Sound.hpp>
-
-#include "core/LogManager.h"
 #include "ResourceFixture.h"
+#include "core/LogManager.h"
 
 namespace {
 
@@ -56,7 +55,8 @@ TEST_F(SoundTest, FailedLoadsKeepTheCounts) {
   EXPECT_EQ(rm().loadSound(missing, "gone"), -1);
   EXPECT_EQ(rm().loadSound(junk, "junk"), -1);
   EXPECT_EQ(rm().getSoundCount(), 0);
-  EXPECT_TRUE(log->contains("RM::loadSound(): Error! Cannot load sound from file '" + missing + "'."));
+  EXPECT_TRUE(
+      log->contains("RM::loadSound(): Error! Cannot load sound from file '" + missing + "'."));
   EXPECT_TRUE(log->contains("RM::loadSound(): Error! Cannot load sound from file '" + junk + "'."));
   // The slot is reused by the next load.
   ASSERT_EQ(rm().loadSound(writeWav(dir.file("ok.wav"), 100), "ok"), 0);
@@ -64,7 +64,8 @@ TEST_F(SoundTest, FailedLoadsKeepTheCounts) {
   EXPECT_EQ(rm().getSound("gone"), nullptr);
 
   EXPECT_EQ(rm().loadMusic(missing, "gone"), -1);
-  EXPECT_TRUE(log->contains("RM::loadmusic(): Error! Cannot load music from file '" + missing + "'."));
+  EXPECT_TRUE(
+      log->contains("RM::loadmusic(): Error! Cannot load music from file '" + missing + "'."));
   // An empty label is refused before the file is looked at.
   EXPECT_EQ(rm().loadMusic(junk, ""), -1);
   EXPECT_TRUE(log->contains("RM::loadMusic(): Error! Must provide label for music."));

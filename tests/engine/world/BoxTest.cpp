@@ -2,8 +2,8 @@
 
 #include <sstream>
 
-#include "world/Box.h"
 #include "EngineFixture.h"
+#include "world/Box.h"
 
 class BoxLogTest : public qvtest::LogFixture {};
 
@@ -38,6 +38,5 @@ TEST_F(BoxLogTest, ShortRecordFailsOnceAndLeavesTheBox) {
   qv::Box box(qv::Vector(9, 9), 9, 9);
   EXPECT_EQ(box.deserialize(&cut), -1);
   EXPECT_EQ(box, qv::Box(qv::Vector(9, 9), 9, 9));
-  EXPECT_EQ(log->messages(),
-            std::vector<std::string>{"Box::deserialize(): Error! Stream eof."});
+  EXPECT_EQ(log->messages(), std::vector<std::string>{"Box::deserialize(): Error! Stream eof."});
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "world/Grid.h"
 #include "WorldFixture.h"
+#include "world/Grid.h"
 
 using qv::Grid;
 using qv::Vector;
@@ -16,14 +16,17 @@ class GridTest : public qvtest::WorldFixture {
   // The cells of p at where (or, without where, the cells whose list holds p), as "c,r c,r ...".
   std::string cells(const qv::Object *p_o, const Vector *p_where = nullptr) const {
     std::string s;
-    auto add = [&](int col, int row) { s += (s.empty() ? "" : " ") + std::to_string(col) + "," + std::to_string(row); };
+    auto add = [&](int col, int row) {
+      s += (s.empty() ? "" : " ") + std::to_string(col) + "," + std::to_string(row);
+    };
     if (p_where) {
       for (const Grid::Cell &c : grid().getCells(p_o, *p_where)) add(c.col, c.row);
       return s;
     }
     for (int row = -1; row < grid().getNumRows(); row++)
       for (int col = -1; col < grid().getNumCols(); col++)
-        if (grid().getCellList(col, row) && grid().getCellList(col, row)->contains(p_o)) add(col, row);
+        if (grid().getCellList(col, row) && grid().getCellList(col, row)->contains(p_o))
+          add(col, row);
     return s;
   }
   std::string cells(const qv::Object *p_o, Vector where) const { return cells(p_o, &where); }
@@ -85,7 +88,8 @@ TEST(GridAlone, RefusesWorkWithoutCellsOrObject) {
     EXPECT_TRUE(grid.getCollisions(nullptr, Vector()).isEmpty());
     for (const char *op : {"insertObject", "removeObject", "updatePosition", "getCollisions"})
       EXPECT_TRUE(log.contains(std::string("Grid::") + op + "(): Error! " +
-                               (allocated ? "Object" : "grid") + " is NULL")) << op;
+                               (allocated ? "Object" : "grid") + " is NULL"))
+          << op;
     ASSERT_EQ(grid.startUp(), allocated ? -1 : 0);
   }
   EXPECT_TRUE(log.contains("Grid::startUp(): Warning! Grid allocated. Not proceeding."));
@@ -93,5 +97,6 @@ TEST(GridAlone, RefusesWorkWithoutCellsOrObject) {
   grid.shutDown();
   EXPECT_FALSE(grid.isAllocated());
   EXPECT_EQ(grid.setCellSize(0, 5), -1);
-  EXPECT_TRUE(log.contains("Grid::setCellSize(): Error! cell size 0 x 5 not positive, keeping 20 x 8."));
+  EXPECT_TRUE(
+      log.contains("Grid::setCellSize(): Error! cell size 0 x 5 not positive, keeping 20 x 8."));
 }

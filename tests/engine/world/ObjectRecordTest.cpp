@@ -6,17 +6,17 @@
 #include <string>
 #include <vector>
 
-#include "graphics/Animation.h"
-#include "path/Path.h"
-#include "resources/ResourceManager.h"
-#include "graphics/Sprite.h"
 #include "TempDir.h"
+#include "WorldFixture.h"
+#include "core/utility.h"
+#include "graphics/Animation.h"
 #include "graphics/Shape.h"
+#include "graphics/Sprite.h"
 #include "graphics/TextBox.h"
 #include "graphics/ViewObject.h"
-#include "WorldFixture.h"
+#include "path/Path.h"
+#include "resources/ResourceManager.h"
 #include "world/WorldManager.h"
-#include "core/utility.h"
 
 namespace {
 
@@ -40,8 +40,8 @@ class ObjectRecordTest : public qvtest::WorldFixture {
 };
 
 // Sizes of the 18 attributes of a new object, in record order.
-const int NEW_OBJECT_RECORD = 4 + 4 + 1 + 1 + 4 + 16 + 8 + (8 + 11) + (8 + 0 + 12) + 4 + 4 + 1 +
-                              8 + 4 + 8 + 13 + 1 + 8 + 1;
+const int NEW_OBJECT_RECORD =
+    4 + 4 + 1 + 1 + 4 + 16 + 8 + (8 + 11) + (8 + 0 + 12) + 4 + 4 + 1 + 8 + 4 + 8 + 13 + 1 + 8 + 1;
 
 TEST_F(ObjectRecordTest, NewObjectWritesEverythingOnceThenOnlyAnEmptyMask) {
   Object *p_o = new Object;
@@ -85,9 +85,9 @@ TEST_F(ObjectRecordTest, NamedAttributesAreWrittenWhateverChangedAndInFixedOrder
   p_o->serialize(&ordered, qv::SPEED | qv::DIRECTION | qv::PATH | qv::FOLLOW_PATH);
   const std::string record = bytes(ordered);
   ASSERT_EQ(record.size(), 4u + 8 + 4 + 1 + 8 + 16);
-  EXPECT_EQ(record.substr(4, 8), le32(0) + le32(0x3F800000));   // direction (0,1)
-  EXPECT_EQ(record.substr(12, 4), le32(0x40000000));            // speed 2
-  EXPECT_EQ(record.substr(16, 1), std::string(1, '\0'));         // not following
+  EXPECT_EQ(record.substr(4, 8), le32(0) + le32(0x3F800000));  // direction (0,1)
+  EXPECT_EQ(record.substr(12, 4), le32(0x40000000));           // speed 2
+  EXPECT_EQ(record.substr(16, 1), std::string(1, '\0'));       // not following
   EXPECT_EQ(record.substr(17, 8), le64(2));
 }
 
@@ -99,8 +99,8 @@ TEST_F(ObjectRecordTest, EventsAndTypeRecordHasTheExactLength) {
   std::stringstream ss;
   EXPECT_EQ(p_o->serialize(&ss, qv::EVENTS | qv::TYPE), 0);
   EXPECT_EQ(bytes(ss).size(), 4u + (4 + 8 + 5 + 8 + 7) + (8 + 4));
-  EXPECT_EQ(bytes(ss), le32(0x48) + le32(2) + le64(5) + "alpha" + le64(7) + "qv-step" + le64(4) +
-                           "Hero");
+  EXPECT_EQ(bytes(ss),
+            le32(0x48) + le32(2) + le64(5) + "alpha" + le64(7) + "qv-step" + le64(4) + "Hero");
 }
 
 TEST_F(ObjectRecordTest, RoundTripRebuildsAnEqualObject) {
@@ -228,7 +228,8 @@ TEST_F(ObjectRecordTest, ForgedLengthsAskForNothingTheRecordDoesNotHold) {
   for (int round = 0; round < 3000; round++) {
     std::string noise = le32(static_cast<std::uint32_t>(std::rand()) & 0x3FFFFF);
     int length = std::rand() % 96;
-    for (int i = 0; i < length; i++) noise += static_cast<char>(std::rand() % 8 == 0 ? 0xFF : std::rand());
+    for (int i = 0; i < length; i++)
+      noise += static_cast<char>(std::rand() % 8 == 0 ? 0xFF : std::rand());
     Object *p_target = round % 3 == 0   ? new Object
                        : round % 3 == 1 ? static_cast<Object *>(new qv::ViewObject)
                                         : new qv::TextBox;
@@ -259,7 +260,8 @@ TEST_F(ObjectRecordTest, ViewObjectAndTextBoxCarryTheirOwnGroups) {
   std::stringstream view_record;
   ASSERT_EQ(p_view->serialize(&view_record, qv::VIEW_VALUE | qv::VIEW_APPEARANCE), 0);
   EXPECT_EQ(bytes(view_record), le32(0xC0000) + le32(3) + le64(4) + "Turn" + std::string(1, '\0') +
-                                    le32(qv::YELLOW) + le32(qv::BOTTOM_LEFT) + std::string(1, '\1'));
+                                    le32(qv::YELLOW) + le32(qv::BOTTOM_LEFT) +
+                                    std::string(1, '\1'));
   qv::ViewObject *p_copy = new qv::ViewObject;
   ASSERT_EQ(p_copy->deserialize(&view_record), 0);
   EXPECT_EQ(p_copy->getViewString(), "Turn");
@@ -297,7 +299,8 @@ TEST_F(ObjectRecordTest, OnlyTheSpriteLabelTravelsAndTheReaderFindsItsOwn) {
     ~StopResources() { qv::ResourceManager::getInstance().shutDown(); }
   } stop_resources;
   qvtest::TempDir dir;
-  ASSERT_EQ(rm.loadSprite(dir.write("man.txt", "2\n3\n2\n4\ncyan\n.o.\n/#\\\n\\o/\n.#.\n"), "man"), 0);
+  ASSERT_EQ(rm.loadSprite(dir.write("man.txt", "2\n3\n2\n4\ncyan\n.o.\n/#\\\n\\o/\n.#.\n"), "man"),
+            0);
   Object *p_src = new Object;
   ASSERT_EQ(p_src->setSprite("man"), 0);
   qv::Animation animation = p_src->getAnimation();
@@ -364,7 +367,8 @@ TEST_F(ObjectRecordTest, ValueClassesRoundTripByteForByte) {
   EXPECT_EQ(shape_copy.getType(), qv::SQUARE);
   EXPECT_EQ(shape_copy.getAlpha(), 128);
 
-  const std::string animation_record = le64(4) + "hero" + le32(2) + le32(0xFFFFFFFF) + le32(qv::HORIZONTAL);
+  const std::string animation_record =
+      le64(4) + "hero" + le32(2) + le32(0xFFFFFFFF) + le32(qv::HORIZONTAL);
   std::stringstream animation_in(animation_record);
   qv::Animation animation;
   EXPECT_EQ(animation.deserialize(&animation_in), 0);

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "path/EventPath.h"
+#include "WorldFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "input/InputManager.h"
 #include "network/NetworkManager.h"
-#include "WorldFixture.h"
+#include "path/EventPath.h"
 
 using qv::Box;
 using qv::Object;
@@ -45,7 +45,8 @@ TEST_F(ObjectTest, SettersRefuseBadValuesAndMarkChanges) {
   EXPECT_TRUE(log->contains("Object::setAltitude(): Altitude 5 not in range [0,4].  Ignored."));
   EXPECT_TRUE(log->contains("Object::setAltitude(): Altitude -1 not in range [0,4].  Ignored."));
   EXPECT_EQ(p.setSolidness(static_cast<qv::Solidness>(3)), -1);
-  EXPECT_TRUE(log->contains("Object::setSolidness(): Solidness 3 not one of HARD, SOFT or SPECTRAL."));
+  EXPECT_TRUE(
+      log->contains("Object::setSolidness(): Solidness 3 not one of HARD, SOFT or SPECTRAL."));
   EXPECT_EQ(p.setSprite("no-such-sprite"), -1);
   EXPECT_TRUE(log->contains("Object::setSprite(): Warning! Sprite 'no-such-sprite' not found"));
   EXPECT_EQ(p.getAnimation().getSprite(), nullptr);
@@ -72,15 +73,16 @@ TEST_F(ObjectTest, SettersRefuseBadValuesAndMarkChanges) {
   p.setAcceleration(Vector(0, 1));
   p.setAvoidCollisions(true);
   p.setNoSoft(true);
-  EXPECT_EQ(p.getModified(), unsigned(qv::ALTITUDE | qv::SOLIDNESS | qv::ACTIVE | qv::VISIBLE | qv::TYPE |
-                                      qv::POSITION | qv::BOX | qv::ACCELERATION | qv::AVOID_COLLISIONS |
-                                      qv::NO_SOFT));
+  EXPECT_EQ(p.getModified(), unsigned(qv::ALTITUDE | qv::SOLIDNESS | qv::ACTIVE | qv::VISIBLE |
+                                      qv::TYPE | qv::POSITION | qv::BOX | qv::ACCELERATION |
+                                      qv::AVOID_COLLISIONS | qv::NO_SOFT));
 }
 
 TEST_F(ObjectTest, RegistrationLimitsOrderAndRouting) {
   {
     Probe p;
-    for (int i = 0; i < qv::INTEREST_MAX; i++) ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
+    for (int i = 0; i < qv::INTEREST_MAX; i++)
+      ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
     EXPECT_EQ(p.registerInterest("e100"), -1);
     EXPECT_TRUE(log->contains(
         "Object::registerInterest(): maximum (100) reached, cannot register for event 'e100'"));
@@ -89,7 +91,8 @@ TEST_F(ObjectTest, RegistrationLimitsOrderAndRouting) {
     EXPECT_EQ(p.registerInterest("e100"), 0);
     EXPECT_EQ(p.getEvent(99), "e100");
     EXPECT_EQ(p.unregisterInterest("never"), -1);
-    EXPECT_TRUE(log->contains("Object::unregisterInterest(): event 'never' not previously registered"));
+    EXPECT_TRUE(
+        log->contains("Object::unregisterInterest(): event 'never' not previously registered"));
     // Types the world sends without registration are refused and not stored.
     p.unregisterInterest("e0");
     EXPECT_EQ(p.registerInterest("qv-collision"), -1);
@@ -97,7 +100,10 @@ TEST_F(ObjectTest, RegistrationLimitsOrderAndRouting) {
   }
 
   Probe *p_o = new Probe;
-  const struct { const char *type; qv::Manager &manager; } routes[] = {
+  const struct {
+    const char *type;
+    qv::Manager &manager;
+  } routes[] = {
       {"qv-step", qv::GameManager::getInstance()},
       {"qv-keyboard", qv::InputManager::getInstance()},
       {"qv-network-create", qv::NetworkManager::getInstance()},

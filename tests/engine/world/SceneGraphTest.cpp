@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "world/SceneGraph.h"
 #include "WorldFixture.h"
+#include "world/SceneGraph.h"
 
 using qv::Object;
 using qv::Vector;

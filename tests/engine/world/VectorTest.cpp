@@ -63,6 +63,5 @@ TEST_F(VectorLogTest, ShortRecordFailsAndLeavesTheVector) {
   qv::Vector v(5, 6);
   EXPECT_EQ(v.deserialize(&ss), -1);
   EXPECT_EQ(v, qv::Vector(5, 6));
-  EXPECT_EQ(log->messages(),
-            std::vector<std::string>{"Vector::deserialize(): Error! Stream eof."});
+  EXPECT_EQ(log->messages(), std::vector<std::string>{"Vector::deserialize(): Error! Stream eof."});
 }

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "EngineFixture.h"
+#include "WorldFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
-#include "WorldFixture.h"
 
 using qv::Box;
 using qv::Object;
@@ -16,7 +16,8 @@ class WorldTest : public qvtest::WorldFixture {
  protected:
   qv::WorldManager &world = qv::WorldManager::getInstance();
 
-  static void expectCollision(const Probe &p, const Object *p_o1, const Object *p_o2, Vector where) {
+  static void expectCollision(const Probe &p, const Object *p_o1, const Object *p_o2,
+                              Vector where) {
     ASSERT_EQ(p.collisions.size(), 1u);
     EXPECT_EQ(p.collisions[0].getObject1(), p_o1);
     EXPECT_EQ(p.collisions[0].getObject2(), p_o2);
@@ -151,7 +152,8 @@ TEST_F(WorldTest, ViewFollowsWithSlackAndStaysInTheWorld) {
   world.setViewPosition(Vector(100, 10));
   EXPECT_EQ(world.getView().getCorner(), Vector(0, 0));
   world.setViewSlack(Vector(1.5f, 0));
-  EXPECT_TRUE(log->contains("WorldManager::setViewSlack(): Warning! view slack units out of range [0-1]"));
+  EXPECT_TRUE(
+      log->contains("WorldManager::setViewSlack(): Warning! view slack units out of range [0-1]"));
 
   EXPECT_EQ(world.setViewFollowing(nullptr), 0);
   Probe *p_gone = new Probe;
@@ -171,7 +173,9 @@ TEST_F(WorldTest, DeletionHappensAtTheEndOfTheUpdate) {
   auto doomed = [&](const char *name, float x) {
     Probe *p_o = new Probe(Vector(x, 10));
     p_o->setVelocity(Vector(1, 0));
-    p_o->on_delete = [&deleted, name](Probe *p) { deleted.push_back(name + p->getPosition().toString()); };
+    p_o->on_delete = [&deleted, name](Probe *p) {
+      deleted.push_back(name + p->getPosition().toString());
+    };
     return p_o;
   };
   Probe *p_a = doomed("a", 10), *p_b = doomed("b", 20), *p_c = doomed("c", 30);
@@ -211,11 +215,15 @@ TEST_F(WorldTest, ShutDownDeletesEveryObject) {
 
 TEST_F(WorldTest, DrawsLowAltitudesFirstAndOnlyWhatIsInView) {
   std::vector<int> drawn;
-  const struct { float x; int altitude; bool visible, active; } cases[] = {
-      {10, 3, true, true}, {12, 0, true, true}, {14, 4, true, true}, {16, 0, true, true},
-      {100, 1, true, true},  // outside the 80 x 24 view
-      {18, 1, false, true}, {20, 1, true, false},
-      {80.4f, 2, true, true},  // box reaches into the view
+  const struct {
+    float x;
+    int altitude;
+    bool visible, active;
+  } cases[] = {
+      {10, 3, true, true},  {12, 0, true, true},  {14, 4, true, true},
+      {16, 0, true, true},  {100, 1, true, true},  // outside the 80 x 24 view
+      {18, 1, false, true}, {20, 1, true, false}, {80.4f, 2, true, true},  // box reaches into the
+                                                                           // view
   };
   for (int id = 0; id < 8; id++) {
     Probe *p_o = new Probe(Vector(cases[id].x, 10));
