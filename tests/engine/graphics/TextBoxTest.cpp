@@ -1,7 +1,8 @@
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
-#include "HudFixture.h"
 #include "graphics/TextBox.h"
 
 using Lines = std::vector<std::string>;
@@ -40,19 +41,4 @@ TEST(TextBoxLinesTest, NewlinesEmptyTextAndWidthsUnderOneCell) {
   // Under one cell the box is taken as one column wide: it still ends.
   EXPECT_EQ(breakLines("ab c", 0, true), (Lines{"a", "b", "c"}));
   EXPECT_EQ(breakLines("ab c", -3, false), (Lines{"a", "b", " ", "c"}));
-}
-
-class TextBoxTest : public qvtest::HudEngineFixture {};
-
-TEST_F(TextBoxTest, NewTextBoxAndItsLines) {
-  auto *t = new qv::TextBox;
-  EXPECT_EQ(t->getLocation(), qv::CENTER_CENTER);
-  EXPECT_FALSE(t->getDrawValue());
-  EXPECT_EQ(t->getSize(), qv::Vector(10, 1));
-  // The width is the size truncated; a fraction of a cell counts as one.
-  t->setText(FOX);
-  t->setSize(qv::Vector(10.9f, 2));
-  EXPECT_EQ(t->lines().size(), 5u);
-  t->setSize(qv::Vector(0.5f, 2));
-  EXPECT_EQ(t->lines().size(), 35u);  // one per letter: the spaces are all breaks
 }

@@ -1,9 +1,10 @@
+#include <initializer_list>
+#include <map>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "HudFixture.h"
 #include "core/EventStep.h"
-#include "core/LogManager.h"
 #include "graphics/EventView.h"
 #include "graphics/TextBox.h"
 #include "graphics/ViewObject.h"
@@ -17,54 +18,58 @@ namespace {
 class ViewObjectTest : public qvtest::HudEngineFixture {};
 class ViewObjectWindowTest : public qvtest::HudWindowFixture {};
 
-void expectAt(const ViewObject &v, float x, float y, int location) {
-  EXPECT_FLOAT_EQ(v.getPosition().getX(), x) << "location " << location;
-  EXPECT_FLOAT_EQ(v.getPosition().getY(), y) << "location " << location;
-  EXPECT_EQ(v.getLocation(), location);
+// Where a view object is, as "location(x,y)".
+std::string at(const ViewObject *v) {
+  return std::to_string(v->getLocation()) + v->getPosition().toString();
 }
 
-std::string centred(const std::string &text) {
-  const std::size_t left = (80 - text.size()) / 2;
-  return std::string(left, ' ') + text + std::string(80 - left - text.size(), ' ');
+// Every location in turn, as at() gives it.
+std::string everyLocation(ViewObject *v) {
+  std::string text;
+  for (int loc = 0; loc < 9; loc++) {
+    v->setLocation(loc);
+    text += at(v) + " ";
+  }
+  return text;
+}
+
+// An 80-column row with each text placed at its column.
+std::string line(std::initializer_list<std::pair<int, std::string>> texts) {
+  std::string row(80, ' ');
+  for (const auto &[column, text] : texts) row.replace(column, text.size(), text);
+  return row;
 }
 
 }  // namespace
 
 TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
   auto *v = new ViewObject;
-  expectAt(*v, 40, 1, qv::TOP_CENTER);
-  const float xs[3] = {80.0f / 6, 40, 80.0f * 5 / 6};
-  const float bordered[3] = {1, 12, 22};
-  const float plain[3] = {0, 11, 23};
-  for (int loc = 0; loc < 9; loc++) {
-    v->setLocation(loc);
-    expectAt(*v, xs[loc % 3], bordered[loc / 3], loc);
-  }
+  EXPECT_EQ(at(v), "1(40,1)");
+  EXPECT_EQ(everyLocation(v),
+            "0(13.3333,1) 1(40,1) 2(66.6667,1) 3(13.3333,12) 4(40,12) 5(66.6667,12) "
+            "6(13.3333,22) 7(40,22) 8(66.6667,22) ");
   v->setBorder(false);  // re-applies the last location one row further out
-  expectAt(*v, xs[2], plain[2], qv::BOTTOM_RIGHT);
-  for (int loc = 0; loc < 9; loc++) {
-    v->setLocation(loc);
-    expectAt(*v, xs[loc % 3], plain[loc / 3], loc);
-  }
+  EXPECT_EQ(at(v), "8(66.6667,23)");
+  EXPECT_EQ(everyLocation(v),
+            "0(13.3333,0) 1(40,0) 2(66.6667,0) 3(13.3333,11) 4(40,11) 5(66.6667,11) "
+            "6(13.3333,23) 7(40,23) 8(66.6667,23) ");
   v->setLocation(9);
   v->setLocation(-1);
-  expectAt(*v, xs[2], plain[2], qv::BOTTOM_RIGHT);
+  EXPECT_EQ(at(v), "8(66.6667,23)");
   EXPECT_EQ(log->count("ViewObject::setLocation(): Warning! Location out of range (9). Ignored."),
-            1);
-  EXPECT_EQ(log->count("ViewObject::setLocation(): Warning! Location out of range (-1). Ignored."),
             1);
   // Setting the same position again keeps the location; another one drops it
   // and the border then leaves it alone.
   EXPECT_EQ(v->setPosition(v->getPosition()), 0);
-  EXPECT_EQ(v->getLocation(), qv::BOTTOM_RIGHT);
+  EXPECT_EQ(at(v), "8(66.6667,23)");
   EXPECT_EQ(v->setPosition(Vector(5, 5)), 0);
   v->setBorder(true);
-  expectAt(*v, 5, 5, -1);
+  EXPECT_EQ(at(v), "-1(5,5)");
 
   // The view's extents decide, not its corner: these are view coordinates.
   qv::WorldManager::getInstance().setView(qv::Box(Vector(30, 7), 60, 30));
   v->setLocation(qv::CENTER_RIGHT);
-  expectAt(*v, 50, 15, qv::CENTER_RIGHT);
+  EXPECT_EQ(at(v), "5(50,15)");
 }
 
 TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChanges) {
@@ -84,12 +89,20 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChanges) {
   EXPECT_EQ(marks(v, [v] { v->setLocation(v->getLocation()); }), qv::VIEW_APPEARANCE);
 
   auto *t = new qv::TextBox;
+  EXPECT_TRUE(t->getLocation() == qv::CENTER_CENTER && !t->getDrawValue());
   EXPECT_EQ(marks(t, [t] { t->setText("hello"); }), qv::TEXTBOX_TEXT);
   EXPECT_EQ(marks(t, [t] { t->setText("hello"); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setSize(Vector(10, 1)); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setWordWrap(false); }), qv::TEXTBOX_APPEARANCE);
-  EXPECT_LT(t->draw(), 0);  // headless
-  EXPECT_LT(v->draw(), 0);
+  EXPECT_TRUE(t->draw() < 0 && v->draw() < 0);  // headless
+
+  // The width is the size truncated; a fraction of a cell counts as one.
+  t->setWordWrap(true);
+  t->setText("the quick brown fox jumps over the lazy dog");
+  t->setSize(Vector(10.9f, 2));
+  EXPECT_EQ(t->lines().size(), 5u);
+  t->setSize(Vector(0.5f, 2));
+  EXPECT_EQ(t->lines().size(), 35u);  // one per letter: the spaces are all breaks
 }
 
 TEST_F(ViewObjectTest, ViewEventsRaiseOrSetTheValueOfTheTaggedLabelOnly) {
@@ -108,72 +121,53 @@ TEST_F(ViewObjectTest, ViewEventsRaiseOrSetTheValueOfTheTaggedLabelOnly) {
   EXPECT_EQ(turn->getValue(), 2);
   EXPECT_EQ(world.onEvent(&stranger), 0);  // tags match exactly
   EXPECT_EQ(turn->eventHandler(&stranger), 0);
-  EXPECT_EQ(turn->getValue(), 2);
-  EXPECT_EQ(other->getValue(), 3);
+  EXPECT_EQ(turn->getValue() * 10 + other->getValue(), 23);
   const qv::EventStep step(4);  // anything else goes to the base handler
   EXPECT_EQ(turn->eventHandler(&step), 0);
 }
 
-TEST_F(ViewObjectWindowTest, BorderedLabelWithValueAndPlainLabel) {
-  auto *v = new ViewObject;
-  v->setViewString("Turn");
-  v->setValue(3);
-  v->setColor(qv::YELLOW);
-  EXPECT_EQ(v->draw(), 0);
-  // " Turn 3 " centred on column 40: columns 36..43, bars at 35 and 44.
-  EXPECT_EQ(row(0), centred("--------"));
-  EXPECT_EQ(row(1), centred("| Turn 3 |"));
-  EXPECT_EQ(row(2), row(0));
-  qv::DisplayManager &display = qv::DisplayManager::getInstance();
-  EXPECT_EQ(display.screenColor(35, 1), qv::YELLOW);
-
-  // Plain, and a scrolled view does not move it on screen.
-  display.swapBuffers();
-  v->setBorder(false);
-  v->setDrawValue(false);
+// Labels with and without border and value, and text boxes with and without
+// padding, drawn in one frame while the view is scrolled: view coordinates.
+TEST_F(ViewObjectWindowTest, LabelsAndTextBoxesInOneScreen) {
   qv::WorldManager::getInstance().setView(qv::Box(Vector(50, 13), 80, 24));
-  EXPECT_EQ(v->draw(), 0);
-  EXPECT_EQ(row(0), centred("Turn"));
-  EXPECT_EQ(row(1), std::string(80, ' '));
-
-  // Border without value: the label keeps a blank margin inside the bars.
-  display.swapBuffers();
-  v->setBorder(true);
-  EXPECT_EQ(v->draw(), 0);
-  EXPECT_EQ(row(0), centred("------"));
-  EXPECT_EQ(row(1), centred("| Turn |"));
-}
-
-TEST_F(ViewObjectWindowTest, TextBoxShowsItsNewestLinesInsideTheFrame) {
-  qv::LogManager::getInstance().setLogLevel(30);
-  auto *t = new qv::TextBox;
-  t->setSize(Vector(10, 3));
-  t->setText("the quick brown fox jumps over the lazy dog");
-  EXPECT_EQ(t->draw(), 0);
-  // Centred on (40, 12): text from column 35, rows 10.5 to 12.5 (cells 10 to 12);
-  // padding puts the bars two columns out.
-  EXPECT_EQ(row(9), centred("------------"));
-  EXPECT_EQ(row(10), centred("| jumps over |"));
-  EXPECT_EQ(row(11), centred("| the lazy   |"));
-  EXPECT_EQ(row(12), centred("| dog        |"));
-  EXPECT_EQ(row(13), row(9));
-  EXPECT_TRUE(log->contains("TextBox::draw(): lft 35.0, top 10.5, rgt 44.0, bot 12.5"));
-  EXPECT_TRUE(log->contains("TextBox::draw(): vector lines: 5"));
-  EXPECT_TRUE(log->contains("\tline 4: dog"));
-
-  // Without padding the frame hugs the text.
-  qv::DisplayManager &display = qv::DisplayManager::getInstance();
-  display.swapBuffers();
-  t->setPadding(false);
-  EXPECT_EQ(t->draw(), 0);
-  EXPECT_EQ(row(10), centred("|jumps over|"));
-
-  // An empty box draws its frame around one empty line.
-  display.swapBuffers();
-  t->setText("");
-  t->setSize(Vector(4, 1));
-  EXPECT_EQ(t->draw(), 0);
-  EXPECT_EQ(row(10), centred("----"));
-  EXPECT_EQ(row(11), centred("|    |"));
-  EXPECT_EQ(row(12), row(10));
+  auto label = [](int location, bool border, bool value) {
+    auto *v = new ViewObject;
+    v->setViewString("Turn");
+    v->setValue(3);
+    v->setColor(qv::YELLOW);
+    v->setBorder(border);
+    v->setDrawValue(value);
+    v->setLocation(location);
+    return v->draw();
+  };
+  auto box = [](int location, const char *text, Vector size, bool padding) {
+    auto *t = new qv::TextBox;
+    t->setText(text);
+    t->setSize(size);
+    t->setPadding(padding);
+    t->setLocation(location);
+    return t->draw();
+  };
+  const char *fox = "the quick brown fox jumps over the lazy dog";
+  EXPECT_EQ(label(qv::TOP_LEFT, false, false) + label(qv::TOP_CENTER, true, true) +
+                label(qv::TOP_RIGHT, true, false) +
+                box(qv::CENTER_LEFT, fox, Vector(10, 3), false) +
+                box(qv::CENTER_CENTER, fox, Vector(10, 3), true) +
+                box(qv::CENTER_RIGHT, "", Vector(4, 1), false),
+            0);
+  // " Turn 3 " centred on column 40: columns 36..43, bars at 35 and 44; the
+  // boxes show their newest lines, padding puts the bars two columns out,
+  // and an empty box frames one empty line.
+  std::map<int, std::string> rows = {
+      {0, line({{11, "Turn"}, {36, "--------"}, {63, "------"}})},
+      {1, line({{35, "| Turn 3 |"}, {62, "| Turn |"}})},
+      {2, line({{36, "--------"}, {63, "------"}})},
+      {9, line({{8, "----------"}, {34, "------------"}})},
+      {10, line({{7, "|jumps over|"}, {33, "| jumps over |"}, {64, "----"}})},
+      {11, line({{7, "|the lazy  |"}, {33, "| the lazy   |"}, {63, "|    |"}})},
+      {12, line({{7, "|dog       |"}, {33, "| dog        |"}, {64, "----"}})},
+      {13, line({{8, "----------"}, {34, "------------"}})},
+  };
+  for (int y = 0; y < 24; y++) EXPECT_EQ(row(y), rows.count(y) ? rows[y] : line({})) << y;
+  EXPECT_EQ(qv::DisplayManager::getInstance().screenColor(35, 1), qv::YELLOW);
 }
