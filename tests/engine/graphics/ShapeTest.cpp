@@ -6,7 +6,6 @@
 #include "world/Object.h"
 
 using qv::Shape;
-using qv::ShapeFigure;
 using qv::Vector;
 
 namespace {
@@ -14,11 +13,14 @@ namespace {
 class ShapeTest : public qvtest::HudEngineFixture {};
 class ShapeWindowTest : public qvtest::HudWindowFixture {};
 
-ShapeFigure figureOf(int type, float size) {
+// The figure a shape of the type and size makes at pixel (100, 50), as text.
+std::string figureOf(int type, float size) {
   Shape shape;
   shape.setType(type);
   shape.setSize(size);
-  return shape.figure(Vector(100, 50));
+  const qv::ShapeFigure f = shape.figure(Vector(100, 50));
+  return std::to_string(f.points) + " points, radius " + qv::toString(f.radius) + ", turned " +
+         qv::toString(f.rotation) + ", at " + f.position.toString();
 }
 
 // The pixels of an 80 x 80 square of the image, and how many of them are not black.
@@ -35,7 +37,7 @@ std::string pixelsIn(const sf::Image &image, unsigned x0, unsigned y0, int *lit 
 
 }  // namespace
 
-TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
+TEST_F(ShapeTest, TypesDescriptionFiguresAndHeadlessDraw) {
   Shape shape;
   // Font scale 2.0 times the smaller cell side (12.8 x 32 pixels) in whole pixels.
   EXPECT_EQ(shape.toString(), "circle, size 24.000000, White, 255");
@@ -52,6 +54,14 @@ TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
   EXPECT_EQ(shape.toString(), "square, size 2.500000, Unknown color, 7");
   EXPECT_EQ(qv::shapeTypeToString(9), "unknown");
 
+  // A circle has 3 to 10 corners by its size; a square's radius is its size
+  // over the font scale, and it stands turned on a corner.
+  EXPECT_EQ(figureOf(qv::CIRCLE, 2), "3 points, radius 2, turned 0, at (99,49)");
+  EXPECT_EQ(figureOf(qv::CIRCLE, 7.9f), "7 points, radius 7.9, turned 0, at (96.05,46.05)");
+  EXPECT_EQ(figureOf(qv::CIRCLE, 25), "10 points, radius 25, turned 0, at (87.5,37.5)");
+  EXPECT_EQ(figureOf(qv::SQUARE, 28), "4 points, radius 14, turned 45, at (114,34)");
+  EXPECT_EQ(figureOf(qv::TRIANGLE, 28), "3 points, radius 14, turned 0, at (86,36)");
+
   qv::LogManager::getInstance().setLogLevel(5);
   shape.setColor(qv::RED);
   shape.draw(Vector(10, 5));
@@ -59,62 +69,10 @@ TEST_F(ShapeTest, TypesDescriptionAndHeadlessDraw) {
   EXPECT_EQ(shape.getR(), 0);  // never got as far as taking the colour
 }
 
-TEST_F(ShapeTest, FigureOfEachTypeFromItsSize) {
-  EXPECT_EQ(figureOf(qv::CIRCLE, 2).points, 3);
-  EXPECT_EQ(figureOf(qv::CIRCLE, 7.9f).points, 7);
-  EXPECT_EQ(figureOf(qv::CIRCLE, 25).points, 10);
-  EXPECT_EQ(figureOf(qv::CIRCLE, 25).position, Vector(87.5f, 37.5f));
-
-  const ShapeFigure square = figureOf(qv::SQUARE, 28);
-  EXPECT_EQ(square.points, 4);
-  EXPECT_FLOAT_EQ(square.radius, 14);  // size / font scale
-  EXPECT_FLOAT_EQ(square.rotation, 45);
-  EXPECT_EQ(square.position, Vector(114, 34));  // (x + 14, y - 28 / 1.75)
-
-  const ShapeFigure triangle = figureOf(qv::TRIANGLE, 28);
-  EXPECT_EQ(triangle.points, 3);
-  EXPECT_FLOAT_EQ(triangle.rotation, 0);
-  EXPECT_EQ(triangle.position, Vector(86, 36));
-}
-
-TEST_F(ShapeWindowTest, CustomColourKeepsItsComponentsOthersReplaceThem) {
-  Shape shape;
-  shape.setColor(qv::CUSTOM);
-  shape.setR(10);
-  shape.setG(200);
-  shape.setB(30);
-  shape.draw(Vector(40, 12));
-  // A circle of radius 24 whose box starts 12 pixels up and left of (512, 384).
-  EXPECT_EQ(grab().getPixel(524, 396), sf::Color(10, 200, 30));
-  shape.setColor(qv::BLUE);
-  shape.draw(Vector(40, 12));
-  EXPECT_EQ(shape.getR(), 0);
-  EXPECT_EQ(grab().getPixel(524, 396), sf::Color::Blue);
-}
-
-// Each figure sets its own rotation: what an earlier square left on the
-// shared figure must not turn a later triangle or circle.
-TEST_F(ShapeWindowTest, ACircleOrTriangleDrawnAfterASquareIsNotTurned) {
+TEST_F(ShapeWindowTest, DrawnInPixelsAroundThePosition) {
   qv::DisplayManager &display = qv::DisplayManager::getInstance();
-  for (int type : {qv::TRIANGLE, qv::CIRCLE}) {
-    Shape shape, square;
-    shape.setType(type);
-    shape.setColor(qv::YELLOW);
-    shape.draw(Vector(20, 6));  // pixel (256, 192); the figure fits in 60 x 60 around it
-    const std::string alone = pixelsIn(grab(), 220, 160);
-    display.swapBuffers();
-    square.setType(qv::SQUARE);
-    square.draw(Vector(60, 18));
-    shape.draw(Vector(20, 6));
-    int lit = 0;
-    pixelsIn(grab(), 740, 540, &lit);
-    EXPECT_GT(lit, 50) << "the square was drawn";
-    EXPECT_EQ(pixelsIn(grab(), 220, 160), alone) << "type " << type;
-    display.swapBuffers();
-  }
-}
-
-TEST_F(ShapeWindowTest, ObjectsShowAShapeOnlyOnceGivenOne) {
+  // An object shows a shape only once given one: a circle of radius 24 whose
+  // box starts 12 pixels up and left of the position's pixel (128, 160).
   auto *p_o = new qv::Object;
   p_o->setPosition(Vector(10, 5));
   EXPECT_EQ(p_o->getShape().getType(), qv::UNDEFINED);
@@ -126,6 +84,37 @@ TEST_F(ShapeWindowTest, ObjectsShowAShapeOnlyOnceGivenOne) {
   shape.setColor(qv::GREEN);
   p_o->setShape(shape);
   p_o->draw();
-  // Centred 12 pixels right and below the position's pixel (128, 160).
   EXPECT_EQ(grab().getPixel(140, 172), sf::Color::Green);
+
+  // CUSTOM keeps the components it was given; any other colour replaces them.
+  shape.setColor(qv::CUSTOM);
+  shape.setR(10);
+  shape.setG(200);
+  shape.setB(30);
+  shape.draw(Vector(40, 12));
+  EXPECT_EQ(grab().getPixel(524, 396), sf::Color(10, 200, 30));
+  shape.setColor(qv::BLUE);
+  shape.draw(Vector(40, 12));
+  EXPECT_EQ(shape.getR(), 0);
+  EXPECT_EQ(grab().getPixel(524, 396), sf::Color::Blue);
+  display.swapBuffers();
+
+  // Each figure sets its own rotation: what an earlier square left on the
+  // shared figure must not turn a later triangle or circle.
+  for (int type : {qv::TRIANGLE, qv::CIRCLE}) {
+    Shape other, square;
+    other.setType(type);
+    other.setColor(qv::YELLOW);
+    other.draw(Vector(20, 6));  // pixel (256, 192); the figure fits in 60 x 60 around it
+    const std::string alone = pixelsIn(grab(), 220, 160);
+    display.swapBuffers();
+    square.setType(qv::SQUARE);
+    square.draw(Vector(60, 18));
+    other.draw(Vector(20, 6));
+    lit = 0;
+    pixelsIn(grab(), 740, 540, &lit);
+    EXPECT_GT(lit, 50) << "the square was drawn";
+    EXPECT_EQ(pixelsIn(grab(), 220, 160), alone) << "type " << type;
+    display.swapBuffers();
+  }
 }
