@@ -15,15 +15,12 @@ using qv::Vector;
 
 namespace {
 
-bool isGreen(sf::Color c) {
-  return c.g > 100 && c.r < 60 && c.b < 60;
-}
-bool isBlue(sf::Color c) {
-  return c.b > 100 && c.r < 60 && c.g < 60;
-}
+using Kind = bool (*)(sf::Color);
+const Kind GREEN = [](sf::Color c) { return c.g > 100 && c.r < 60 && c.b < 60; };
+const Kind BLUE = [](sf::Color c) { return c.b > 100 && c.r < 60 && c.g < 60; };
 
 // Pixels of the kind in the w x h pixel rectangle at (x0, y0), clipped to the image.
-int countPixels(const sf::Image &image, int x0, int y0, int w, int h, bool (*kind)(sf::Color)) {
+int countPixels(const sf::Image &image, int x0, int y0, int w, int h, Kind kind) {
   int count = 0;
   for (int y = std::max(y0, 0); y < std::min(y0 + h, int(image.getSize().y)); y++)
     for (int x = std::max(x0, 0); x < std::min(x0 + w, int(image.getSize().x)); x++)
@@ -34,7 +31,7 @@ int countPixels(const sf::Image &image, int x0, int y0, int w, int h, bool (*kin
 // Every non-blank character of the picture, centred on centre, must have ink
 // of the kind in its cell. Returns the number of characters checked.
 int expectInk(const sf::Image &image, const std::vector<std::string> &picture, Vector centre,
-              bool (*kind)(sf::Color), const char *what) {
+              Kind kind) {
   const float w = static_cast<float>(picture[0].size()), h = static_cast<float>(picture.size());
   int checked = 0;
   for (int r = 0; r < int(picture.size()); r++)
@@ -45,7 +42,7 @@ int expectInk(const sf::Image &image, const std::vector<std::string> &picture, V
       EXPECT_GT(countPixels(image, int(px.getX()), int(px.getY()), int(qv::charWidth()),
                             int(qv::charHeight()), kind),
                 0)
-          << what << " '" << picture[r][c] << "' at column " << c << ", row " << r;
+          << "'" << picture[r][c] << "' at column " << c << ", row " << r;
       checked++;
     }
   return checked;
@@ -90,9 +87,9 @@ TEST_F(SplashScreenshotTest, BannerInGreenThenEmblemInBlue) {
 
   // Banner in place, in its boxed lettering, all green; nothing above it,
   // and no blue above the last row, where the rising emblem just peeks in.
-  EXPECT_GT(expectInk(banner_shot, qv::splashBanner(1), banner_at, isGreen, "banner"), 100);
-  EXPECT_EQ(countPixels(banner_shot, 0, 0, 1024, 23 * 32, isBlue), 0);
-  EXPECT_EQ(countPixels(banner_shot, 0, 0, 1024, 7 * 32, isGreen), 0);
+  EXPECT_GT(expectInk(banner_shot, qv::splashBanner(1), banner_at, GREEN), 100);
+  EXPECT_EQ(countPixels(banner_shot, 0, 0, 1024, 23 * 32, BLUE), 0);
+  EXPECT_EQ(countPixels(banner_shot, 0, 0, 1024, 7 * 32, GREEN), 0);
 
   // The emblem risen beside it, blue (only the strokes both variants share,
   // since the picture alternates), the banner still green.
@@ -101,6 +98,6 @@ TEST_F(SplashScreenshotTest, BannerInGreenThenEmblemInBlue) {
     for (std::size_t c = 0; c < shared[r].size(); c++)
       if (shared[r][c] != qv::splashEmblem(1)[r][c]) shared[r][c] = ' ';
   EXPECT_NEAR(emblem_at.getY(), banner_at.getY() + 1, 0.001);
-  EXPECT_GT(expectInk(emblem_shot, shared, emblem_at, isBlue, "emblem"), 20);
-  expectInk(emblem_shot, qv::splashBanner(1), banner_at, isGreen, "banner");
+  EXPECT_GT(expectInk(emblem_shot, shared, emblem_at, BLUE), 20);
+  expectInk(emblem_shot, qv::splashBanner(1), banner_at, GREEN);
 }
