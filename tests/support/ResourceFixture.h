@@ -29,6 +29,10 @@ class ResourceFixture : public ::testing::Test {
   }
 
   static qv::ResourceManager &rm() { return qv::ResourceManager::getInstance(); }
+  // Each of the lines must be in the log.
+  void expectLogged(const std::vector<std::string> &lines) const {
+    for (const std::string &line : lines) EXPECT_TRUE(log->contains(line)) << line;
+  }
 
   TempDir dir;
   std::unique_ptr<LogCapture> log;
