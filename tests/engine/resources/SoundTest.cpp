@@ -15,123 +15,91 @@ using qvtest::writeWav;
 
 class SoundTest : public qvtest::ResourceFixture {};
 
-TEST_F(SoundTest, LoadsAndPlaysSoundsByLabel) {
+TEST_F(SoundTest, LoadsAndPlaysSoundsAndMusicByLabel) {
   // A second's worth, so it is still playing when looked at.
-  const std::string boom = writeWav(dir.file("boom.wav"), 8000);
-  const std::string click = writeWav(dir.file("click.wav"), 400, 5);
-  ASSERT_EQ(rm().loadSound(boom, "boom"), 0);
-  ASSERT_EQ(rm().loadSound(click, "click"), 0);
-  EXPECT_EQ(rm().getSoundCount(), 2);
-
+  ASSERT_EQ(rm().loadSound(writeWav(dir.file("boom.wav"), 8000), "boom"), 0);
+  ASSERT_EQ(rm().loadSound(writeWav(dir.file("click.wav"), 400, 5), "click"), 0);
+  const std::string tune = writeWav(dir.file("tune.wav"), 16000);
+  ASSERT_EQ(rm().loadMusic(tune, "menu"), 0);
+  ASSERT_EQ(rm().loadMusic(tune, "level"), 0);
   qv::Sound *p_boom = rm().getSound("boom");
-  ASSERT_NE(p_boom, nullptr);
-  EXPECT_EQ(p_boom->getLabel(), "boom");
+  qv::Music *p_music = rm().getMusic("level");
+  ASSERT_TRUE(p_boom && p_music);
   EXPECT_EQ(rm().getSound("click")->getSound()->getBuffer()->getSampleCount(), 400u);
 
   qv::LogManager::getInstance().setLogLevel(5);
   p_boom->play(true);
+  p_music->play(true);
   EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Playing);
-  EXPECT_TRUE(p_boom->getSound()->getLoop());
-  EXPECT_TRUE(log->contains("Sound::play(): Playing sound."));
+  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Playing);
+  EXPECT_TRUE(p_boom->getSound()->getLoop() && p_music->getMusic()->getLoop());
   p_boom->stop();
+  p_music->stop();
   EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Stopped);
+  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
+  expectLogged({"Sound::play(): Playing sound.", "Music::play(): Playing music.",
+                "Music::stop(): Stopping music."});
   p_boom->play(false);
-  EXPECT_FALSE(p_boom->getSound()->getLoop());
+  p_music->play(false);
+  EXPECT_FALSE(p_boom->getSound()->getLoop() || p_music->getMusic()->getLoop());
 
   // Shut-down stops what plays but keeps the data for the rest of the run.
   rm().shutDown();
   EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Stopped);
-  EXPECT_EQ(rm().getSoundCount(), 2);
+  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 4);
   EXPECT_EQ(p_boom->getSound()->getBuffer()->getSampleCount(), 8000u);
   ASSERT_EQ(rm().startUp(), 0);
-  EXPECT_EQ(rm().getSoundCount(), 0);
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 0);
   EXPECT_EQ(rm().getSound("boom"), nullptr);
   EXPECT_TRUE(log->contains("RM::getSound(): Warning! Sound 'boom' not found."));
 }
 
-TEST_F(SoundTest, FailedLoadsKeepTheCounts) {
+TEST_F(SoundTest, FailedLoadsKeepTheCountsAndTheVoice) {
   const std::string missing = dir.file("missing.wav");
   const std::string junk = dir.write("junk.wav", "RIFF this is not a wave file");
-  EXPECT_EQ(rm().loadSound(missing, "gone"), -1);
-  EXPECT_EQ(rm().loadSound(junk, "junk"), -1);
-  EXPECT_EQ(rm().getSoundCount(), 0);
-  EXPECT_TRUE(
-      log->contains("RM::loadSound(): Error! Cannot load sound from file '" + missing + "'."));
-  EXPECT_TRUE(log->contains("RM::loadSound(): Error! Cannot load sound from file '" + junk + "'."));
+  EXPECT_EQ(rm().loadSound(missing, "gone") + rm().loadSound(junk, "junk"), -2);
   // The slot is reused by the next load.
   ASSERT_EQ(rm().loadSound(writeWav(dir.file("ok.wav"), 100), "ok"), 0);
   EXPECT_EQ(rm().getSoundCount(), 1);
   EXPECT_EQ(rm().getSound("gone"), nullptr);
-
-  EXPECT_EQ(rm().loadMusic(missing, "gone"), -1);
-  EXPECT_TRUE(
-      log->contains("RM::loadmusic(): Error! Cannot load music from file '" + missing + "'."));
   // An empty label is refused before the file is looked at.
-  EXPECT_EQ(rm().loadMusic(junk, ""), -1);
-  EXPECT_TRUE(log->contains("RM::loadMusic(): Error! Must provide label for music."));
-  EXPECT_EQ(log->count("RM::loadmusic(): Error! Cannot load music from file '" + junk + "'."), 0);
+  EXPECT_EQ(rm().loadMusic(missing, "gone") + rm().loadMusic(junk, ""), -2);
   EXPECT_EQ(rm().getMusicCount(), 0);
   EXPECT_EQ(rm().getMusic("gone"), nullptr);
-  EXPECT_TRUE(log->contains("RM::getMusic(): Warning! Music 'gone' not found."));
-}
+  const std::string no_sound = "RM::loadSound(): Error! Cannot load sound from file '";
+  const std::string no_music = "RM::loadmusic(): Error! Cannot load music from file '";
+  expectLogged({no_sound + missing + "'.", no_sound + junk + "'.", no_music + missing + "'.",
+                "RM::loadMusic(): Error! Must provide label for music.",
+                "RM::getMusic(): Warning! Music 'gone' not found."});
+  EXPECT_FALSE(log->contains(no_music + junk + "'."));
 
-TEST_F(SoundTest, ReloadKeepsTheVoiceAndSwitchesSamples) {
+  // A sound with nothing loaded only logs; a reload keeps the voice and
+  // switches its samples, unless it fails.
   qv::LogManager::getInstance().setLogLevel(5);
   qv::Sound sound;
-  EXPECT_EQ(sound.getLabel(), "[Undefined]");
-  // Nothing loaded: only the message.
   sound.play();
   sound.stop();
-  EXPECT_EQ(sound.getSound(), nullptr);
   EXPECT_EQ(log->count("Sound::play(): Playing sound."), 1);
-  EXPECT_EQ(sound.loadSound(dir.file("missing.wav")), -1);
+  EXPECT_EQ(sound.loadSound(missing), -1);
   EXPECT_EQ(sound.getSound(), nullptr);
-
   ASSERT_EQ(sound.loadSound(writeWav(dir.file("a.wav"), 300)), 0);
   sf::Sound *voice = sound.getSound();
-  ASSERT_NE(voice, nullptr);
   ASSERT_EQ(sound.loadSound(writeWav(dir.file("b.wav"), 700)), 0);
+  EXPECT_EQ(sound.loadSound(missing), -1);
   EXPECT_EQ(sound.getSound(), voice);
   EXPECT_EQ(voice->getBuffer()->getSampleCount(), 700u);
-  // A failed reload leaves the voice on the samples it had.
-  EXPECT_EQ(sound.loadSound(dir.file("missing.wav")), -1);
-  EXPECT_EQ(voice->getBuffer()->getSampleCount(), 700u);
-}
-
-TEST_F(SoundTest, StreamsMusicByLabel) {
-  const std::string tune = writeWav(dir.file("tune.wav"), 16000);
-  ASSERT_EQ(rm().loadMusic(tune, "menu"), 0);
-  ASSERT_EQ(rm().loadMusic(tune, "level"), 0);
-  EXPECT_EQ(rm().getMusicCount(), 2);
-  qv::Music *p_music = rm().getMusic("level");
-  ASSERT_NE(p_music, nullptr);
-  EXPECT_EQ(p_music->getLabel(), "level");
-
-  qv::LogManager::getInstance().setLogLevel(5);
-  p_music->play(true);
-  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Playing);
-  EXPECT_TRUE(p_music->getMusic()->getLoop());
-  p_music->stop();
-  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
-  EXPECT_TRUE(log->contains("Music::play(): Playing music."));
-  EXPECT_TRUE(log->contains("Music::stop(): Stopping music."));
-
-  p_music->play(false);
-  rm().shutDown();
-  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
 }
 
 TEST_F(SoundTest, LimitsOf100SoundsAnd50Musics) {
   const std::string wav = writeWav(dir.file("tiny.wav"), 16);
   for (int i = 0; i < qv::MAX_SOUNDS; i++) ASSERT_EQ(rm().loadSound(wav, "s"), 0);
-  EXPECT_EQ(rm().loadSound(wav, "one-too-many"), -1);
-  EXPECT_TRUE(log->contains("RM::loadSound(): Error! Unable to add more sounds (max is 100)."));
-  EXPECT_EQ(rm().getSoundCount(), 100);
-
   for (int i = 0; i < qv::MAX_MUSICS; i++) ASSERT_EQ(rm().loadMusic(wav, "m"), 0);
+  EXPECT_EQ(rm().loadSound(wav, "one-too-many"), -1);
   EXPECT_EQ(rm().loadMusic(wav, "one-too-many"), -1);
+  EXPECT_TRUE(log->contains("RM::loadSound(): Error! Unable to add more sounds (max is 100)."));
   EXPECT_TRUE(log->contains("RM::loadMusic(): Error! Unable to add more musics (max is 50)."));
-  EXPECT_EQ(rm().getMusicCount(), 50);
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 150);
 
   rm().shutDown();
   EXPECT_EQ(rm().loadSound(wav, "late"), -1);
