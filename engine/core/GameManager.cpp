@@ -153,6 +153,14 @@ void GameManager::shutDown() {
 
 void GameManager::run() {
   LogManager &log = LogManager::getInstance();
+  // Without the managers a frame does nothing useful, and the loop would
+  // spin unpaced, reporting a missing manager in every frame.
+  if (!isStarted()) {
+    log.writeLog(
+        "GameManager::run(): Error! GameManager not started (startUp() failed or was never "
+        "called): no game loop, returning at once.");
+    return;
+  }
   Clock clock;
   log.writeLog(1, "GameManager::run(): starting game loop");
   m_game_over = false;

@@ -22,7 +22,8 @@ class GameManager : public Manager {
   // Stops the started managers in reverse order, the log last.
   void shutDown() override;
   // The frame loop; returns after the frame in which game over was asked
-  // for. Each call starts again at step 0 with game over cleared.
+  // for. Each call starts again at step 0 with game over cleared. Refused,
+  // with a log line and nothing changed, unless startUp() succeeded.
   void run();
 
   // Only "qv-step" is delivered by the game manager.
