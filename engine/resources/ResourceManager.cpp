@@ -6,6 +6,7 @@
 
 #include "core/LogManager.h"
 #include "core/utility.h"
+#include "platform/audio.h"
 
 namespace qv {
 
@@ -126,6 +127,10 @@ int ResourceManager::startUp() {
   m_sprite_count = 0;
   m_sound_count = 0;
   m_music_count = 0;
+  // Asked here, before anything that plays is made, so that without a device
+  // the log says so once instead of the audio library at every load.
+  if (!platform::audioOutputAvailable())
+    LogManager::getInstance().writeLog("RM::startUp(): Note! No audio device: sound is off.");
   Manager::startUp();
   LogManager::getInstance().writeLog(5, "RM::startUp(): successfully started.");
   return 0;
