@@ -182,7 +182,7 @@ void GameManager::run() {
 }
 
 bool GameManager::isValid(std::string event_type) const {
-  return event_type == "qv-step";
+  return event_type == STEP_EVENT;
 }
 
 void GameManager::setGameOver(bool game_over) {

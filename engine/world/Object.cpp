@@ -10,7 +10,10 @@
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
+#include "input/EventKeyboard.h"
+#include "input/EventMouse.h"
 #include "input/InputManager.h"
+#include "network/EventNetwork.h"
 #include "network/NetworkManager.h"
 #include "path/EventPath.h"
 #include "path/PathFind.h"
@@ -25,18 +28,12 @@ namespace {
 
 int next_id = 1;  // ids are never reused, even after deletion
 
-const char *const NETWORK_EVENTS[] = {
-    "qv-network",        "qv-keyboard-network", "qv-mouse-network",     "qv-network-create",
-    "qv-custom-network", "qv-network-delete",   "qv-network-game-over", "qv-network-sync",
-};
-
 // The manager that serves an event type; registering and withdrawing must
 // agree on it.
 Manager &servingManager(const std::string &event_type) {
-  if (event_type == "qv-keyboard" || event_type == "qv-mouse") return InputManager::getInstance();
+  if (event_type == KEYBOARD_EVENT || event_type == MOUSE_EVENT) return InputManager::getInstance();
   if (event_type == STEP_EVENT) return GameManager::getInstance();
-  for (const char *name : NETWORK_EVENTS)
-    if (event_type == name) return NetworkManager::getInstance();
+  if (isNetworkEvent(event_type)) return NetworkManager::getInstance();
   return WorldManager::getInstance();
 }
 
