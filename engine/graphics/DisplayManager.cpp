@@ -104,11 +104,7 @@ DisplayManager &DisplayManager::getInstance() {
 
 int DisplayManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
 
   const Config &config = Config::getInstance();
   m_window_horizontal_pixels = config.getWindowHorizontalPixels();

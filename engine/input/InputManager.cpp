@@ -316,11 +316,7 @@ InputManager &InputManager::getInstance() {
 
 int InputManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   if (Config::getInstance().getHeadless()) {
     log.writeLog(1, "InputManager::startUp(): no input in headless mode.");
   } else {

@@ -36,11 +36,7 @@ NetworkManager &NetworkManager::getInstance() {
 
 int NetworkManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   // BSD sockets need no library start-up, so nothing here can fail.
   Manager::startUp();
   log.writeLog(5, "NetworkManager::startUp(): successfully started.");

@@ -103,11 +103,7 @@ ResourceManager &ResourceManager::getInstance() {
 }
 
 int ResourceManager::startUp() {
-  if (isStarted()) {
-    LogManager::getInstance().writeLog("%s::startup(): Warning! %s already started.",
-                                       getType().c_str(), getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   m_sprite_count = 0;
   m_sound_count = 0;
   m_music_count = 0;

@@ -29,11 +29,7 @@ WorldManager &WorldManager::getInstance() {
 
 int WorldManager::startUp() {
   const LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   m_deletions.clear();
   m_marked.clear();
   m_boundary = Box();
