@@ -156,6 +156,9 @@ class Object {
   Object &operator=(const Object &) = delete;
   void releasePathFind();
 
+  // One attribute of the serialized record; the table of them is in Object.cpp.
+  struct Attribute;
+
   int m_id;                                // from a process-wide counter, never reused
   std::string m_type;                      // "(Undefined)"
   bool m_is_active;                        // true: updated, moved, collided, drawn
