@@ -26,7 +26,7 @@ class GameManager : public Manager {
   // with a log line and nothing changed, unless startUp() succeeded.
   void run();
 
-  // Only "qv-step" is delivered by the game manager.
+  // Only STEP_EVENT is delivered by the game manager.
   bool isValid(std::string event_type) const override;
 
   void setGameOver(bool game_over = true);
