@@ -76,3 +76,13 @@ void loadAssets() {
     }
   }
 }
+
+void playSound(const std::string &label) {
+  if (qv::Sound *p_sound = qv::ResourceManager::getInstance().getSound(label)) p_sound->play(false);
+}
+
+void switchMusic(const std::string &stop_label, const std::string &play_label) {
+  qv::ResourceManager &rm = qv::ResourceManager::getInstance();
+  if (qv::Music *p_music = rm.getMusic(stop_label)) p_music->stop();
+  if (qv::Music *p_music = rm.getMusic(play_label)) p_music->play(true);
+}

@@ -1,10 +1,15 @@
-// Program entry: start the engine, let the game set itself up, run the frame
-// loop until game over, shut down. Exit status 1 when the engine cannot start.
+// Program entry: start the engine, set up the screen and the world, show the
+// splash, load the assets, open the title screen and run until game over.
+// Exit status 1 when the engine cannot start.
 
+#include "MainMenu.h"
+#include "assets.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
+#include "graphics/DisplayManager.h"
 #include "graphics/Splash.h"
 #include "platform/platform.h"
+#include "world/WorldManager.h"
 
 int main() {
   qv::GameManager &game_manager = qv::GameManager::getInstance();
@@ -14,13 +19,20 @@ int main() {
     return 1;
   }
 
-  // The game's start-up (display size, flushing log, splash, assets, title
-  // screen) goes here.
-  qv::splash();
+  qv::DisplayManager &display = qv::DisplayManager::getInstance();
+  display.setVerticalChars(24);
+  display.setHorizontalChars(80);
+  // The world is twice the screen each way; the camera scrolls over it.
+  qv::WorldManager::getInstance().setBoundary(qv::Box(qv::Vector(0, 0), 160, 48));
+  qv::LogManager::getInstance().setFlush(true);
 
-  // Ctrl-C or closing the window during the opening sequence ends the whole
-  // program, not just the sequence: the stop request outlives the splash's loop.
-  if (!qv::platform::stopRequested()) game_manager.run();
+  qv::splash();
+  // Ctrl-C or closing the window during the splash ends the whole program.
+  if (!qv::platform::stopRequested()) {
+    loadAssets();
+    new MainMenu;
+    game_manager.run();
+  }
   game_manager.shutDown();
   return 0;
 }

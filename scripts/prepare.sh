@@ -31,7 +31,8 @@ qv_build() {
 # Lists the project's C++ sources that .clang-format would change.
 qv_check_format() {
   local bad
-  bad=$(git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run 2>&1 | grep -o '^[^:]*:' | sort -u)
+  bad=$(git ls-files --cached --others --exclude-standard '*.h' '*.cpp' |
+    xargs clang-format --dry-run 2>&1 | grep -o '^[^:]*:' | sort -u || true)
   [ -z "$bad" ] && return 0
   echo "Not formatted (run clang-format -i on them):" >&2
   echo "$bad" >&2

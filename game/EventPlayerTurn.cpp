@@ -1,0 +1,5 @@
+#include "EventPlayerTurn.h"
+
+EventPlayerTurn::EventPlayerTurn() {
+  setType(PLAYERTURN_EVENT);
+}
