@@ -15,7 +15,7 @@ using Quad = ConsoleRenderer::Quad;
 // turned by angle degrees about that point, computed as it computes it.
 class Placement {
  public:
-  Placement(float x, float y, float angle) : m_x(x), m_y(y), m_cos(1), m_sin(0) {
+  Placement(float x, float y, float angle) : m_x(x), m_y(y), m_cos(1), m_sin(0), m_turned(false) {
     const float rotation = static_cast<float>(std::fmod(angle, 360));
     if (rotation == 0) return;  // the common case: a plain shift, exactly
     const float radians = -(rotation < 0 ? rotation + 360.f : rotation) * 3.141592654f / 180.f;
@@ -30,8 +30,9 @@ class Placement {
   }
 
  private:
-  float m_x, m_y, m_cos, m_sin;
-  bool m_turned = false;
+  float m_x, m_y;      // the figure's position
+  float m_cos, m_sin;  // of the turn, as SFML takes them (clockwise on screen)
+  bool m_turned;       // false: a plain shift
 };
 
 // Appends the two triangles of a quad on screen and in the texture, in the
