@@ -27,13 +27,13 @@ void drawScreen(const DrawChar &draw_char) {
   under.setSize(200);
   under.setColor(qv::RED);
   between.setType(qv::TRIANGLE);
-  between.setSize(160);
+  between.setSize(200);
   between.setColor(qv::CUSTOM);
   between.setG(200);
   between.setAlpha(160);
   under.draw(Vector(40, 12));
   for (int y = 0; y < 24; y++) {
-    if (y == 12) between.draw(Vector(20, 8));
+    if (y == 12) between.draw(Vector(20, 10));  // over rows 7 to 13
     for (int x = 0; x < 80; x++) {
       const int i = y * 80 + x;
       const Vector at = i % 13 == 0 ? Vector(x + 0.37f, y + 0.25f) : Vector(float(x), float(y));
