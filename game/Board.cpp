@@ -2,15 +2,11 @@
 
 #include <cstdlib>
 #include <memory>
-#include <vector>
 
 #include "Entity.h"
 #include "Tile.h"
 
 namespace {
-
-const int UNREACHABLE = 10000;
-const int NO_SCORE = 9999;  // above every score a search on the board can reach
 
 std::unique_ptr<Board> g_p_board;
 
@@ -25,8 +21,8 @@ void setBoard(Board *p_board) {
 }
 
 Board::Board() {
-  for (int c = 0; c < COLUMNS; c++) {
-    for (int r = 0; r < ROWS; r++) {
+  for (int c = 0; c < BOARD_COLUMNS; c++) {
+    for (int r = 0; r < BOARD_ROWS; r++) {
       Tile *p_tile = new Tile;
       p_tile->setGridPosition(qv::Vector(static_cast<float>(c), static_cast<float>(r)));
       p_tile->setPosition(
@@ -64,12 +60,12 @@ Tile *Board::getNeighbour(Tile *p_tile, int direction) const {
     default:
       return nullptr;
   }
-  if (c < 0 || c >= COLUMNS || r < 0 || r >= ROWS) return nullptr;
+  if (c < 0 || c >= BOARD_COLUMNS || r < 0 || r >= BOARD_ROWS) return nullptr;
   return m_tiles[c][r];
 }
 
 qv::Vector Board::getSize() const {
-  return qv::Vector(COLUMNS, ROWS);
+  return qv::Vector(BOARD_COLUMNS, BOARD_ROWS);
 }
 
 int Board::manhattan(Tile *p_a, Tile *p_b) const {
@@ -78,46 +74,17 @@ int Board::manhattan(Tile *p_a, Tile *p_b) const {
 }
 
 int Board::pathLength(qv::Vector from, qv::Vector to) const {
-  Tile *p_start = getTile(static_cast<int>(from.getX()), static_cast<int>(from.getY()));
-  Tile *p_goal = getTile(static_cast<int>(to.getX()), static_cast<int>(to.getY()));
-  // A tile enters the open list at most once, so one g per tile is its node.
-  struct Node {
-    Tile *p_tile;
-    int g;
-  };
-  std::vector<Node> open = {{p_start, 0}};
-  std::vector<Tile *> closed;
-  auto contains = [](const std::vector<Tile *> &tiles, Tile *p_tile) {
-    for (Tile *p : tiles)
-      if (p == p_tile) return true;
-    return false;
-  };
-  while (!open.empty()) {
-    size_t best = open.size();
-    int best_score = NO_SCORE;
-    for (size_t i = 0; i < open.size(); i++) {
-      int score = open[i].g + manhattan(open[i].p_tile, p_goal);
-      if (score < best_score) {
-        best_score = score;
-        best = i;
-      }
-    }
-    if (best == open.size()) break;
-    Node node = open[best];
-    open.erase(open.begin() + static_cast<long>(best));
-    closed.push_back(node.p_tile);
-    if (node.p_tile == p_goal) return node.g;
-    for (int direction = 1; direction <= 4; direction++) {
-      Tile *p_next = getNeighbour(node.p_tile, direction);
-      if (!p_next || contains(closed, p_next)) continue;
-      bool queued = false;
-      for (const Node &n : open) queued = queued || n.p_tile == p_next;
-      if (queued) continue;
-      if (!p_next->isEmpty() && p_next != p_goal) continue;
-      open.push_back({p_next, node.g + 1});
-    }
-  }
-  return UNREACHABLE;
+  return boardPathLength(getOccupancy(), static_cast<int>(from.getX()),
+                         static_cast<int>(from.getY()), static_cast<int>(to.getX()),
+                         static_cast<int>(to.getY()));
+}
+
+Occupancy Board::getOccupancy() const {
+  Occupancy occupied{};
+  for (int c = 0; c < BOARD_COLUMNS; c++)
+    for (int r = 0; r < BOARD_ROWS; r++)
+      occupied[c][r] = m_tiles[c][r] && !m_tiles[c][r]->isEmpty();
+  return occupied;
 }
 
 Entity *Board::getSelected() const {
@@ -128,16 +95,15 @@ Tile *Board::getHovered() const {
 }
 
 void Board::showMoveRange(Tile *p_start, int range) {
-  for (int c = 0; c < COLUMNS; c++) {
-    for (int r = 0; r < ROWS; r++) {
+  const Occupancy occupied = getOccupancy();
+  for (int c = 0; c < BOARD_COLUMNS; c++) {
+    for (int r = 0; r < BOARD_ROWS; r++) {
       Tile *p_tile = m_tiles[c][r];
       if (!p_tile) continue;
       int d = manhattan(p_start, p_tile);
-      bool flag = d <= range && d != 0 &&
-                  pathLength(qv::Vector(static_cast<float>(p_start->getGridX()),
-                                        static_cast<float>(p_start->getGridY())),
-                             qv::Vector(static_cast<float>(c), static_cast<float>(r))) <= range &&
-                  p_tile->isEmpty();
+      bool flag = d <= range && d != 0 && p_tile->isEmpty() &&
+                  boardPathLength(occupied, p_start->getGridX(), p_start->getGridY(), c, r,
+                                  range + 1) <= range;
       p_tile->setMoveHighlight(flag);
     }
   }
@@ -146,8 +112,8 @@ void Board::showMoveRange(Tile *p_start, int range) {
 void Board::select(Entity *p_entity) {
   m_p_selected = p_entity;
   if (!p_entity) {
-    for (int c = 0; c < COLUMNS; c++) {
-      for (int r = 0; r < ROWS; r++) {
+    for (int c = 0; c < BOARD_COLUMNS; c++) {
+      for (int r = 0; r < BOARD_ROWS; r++) {
         if (!m_tiles[c][r]) continue;
         m_tiles[c][r]->setMoveHighlight(false);
         m_tiles[c][r]->setAttackHighlight(false);
@@ -158,8 +124,8 @@ void Board::select(Entity *p_entity) {
   Tile *p_start = getTile(p_entity->getGridX(), p_entity->getGridY());
   if (!p_start) return;
   showMoveRange(p_start, p_entity->getMoveRange());
-  for (int c = 0; c < COLUMNS; c++) {
-    for (int r = 0; r < ROWS; r++) {
+  for (int c = 0; c < BOARD_COLUMNS; c++) {
+    for (int r = 0; r < BOARD_ROWS; r++) {
       Tile *p_tile = m_tiles[c][r];
       if (!p_tile) continue;
       p_tile->setAttackHighlight(manhattan(p_tile, p_start) <= p_entity->getAttackRange() &&
@@ -178,7 +144,7 @@ void Board::removeTile(Tile *p_tile) {
   if (!p_tile) return;
   int c = p_tile->getGridX();
   int r = p_tile->getGridY();
-  if (c >= 0 && c < COLUMNS && r >= 0 && r < ROWS && m_tiles[c][r] == p_tile)
+  if (c >= 0 && c < BOARD_COLUMNS && r >= 0 && r < BOARD_ROWS && m_tiles[c][r] == p_tile)
     m_tiles[c][r] = nullptr;
   if (m_p_hovered == p_tile) m_p_hovered = nullptr;
 }

@@ -1,6 +1,7 @@
 #ifndef TACTICS_BOARD_H
 #define TACTICS_BOARD_H
 
+#include "BoardPath.h"
 #include "world/Vector.h"
 
 class Entity;
@@ -25,6 +26,8 @@ class Board {
   // 10000. A tile already waiting to be searched keeps the step count it was
   // first given, so this can exceed the shortest path; every rule relies on it.
   int pathLength(qv::Vector from, qv::Vector to) const;
+  // Which tiles hold a unit now: for many path searches on an unchanged board.
+  Occupancy getOccupancy() const;
   Entity *getSelected() const;
   Tile *getHovered() const;
 
@@ -41,11 +44,8 @@ class Board {
   Board(const Board &) = delete;
   Board &operator=(const Board &) = delete;
 
-  static const int COLUMNS = 12;
-  static const int ROWS = 12;
-
-  Tile *m_tiles[COLUMNS][ROWS];  // [column][row]; none once destroyed
-  Tile *m_p_hovered = nullptr;   // the tile the mouse entered last
+  Tile *m_tiles[BOARD_COLUMNS][BOARD_ROWS];  // [column][row]; none once destroyed
+  Tile *m_p_hovered = nullptr;               // the tile the mouse entered last
   Entity *m_p_selected = nullptr;
 };
 

@@ -1,5 +1,6 @@
 #include "Enemy.h"
 
+#include <cstdlib>
 #include <vector>
 
 #include "Board.h"
@@ -39,53 +40,62 @@ void Enemy::attack(Entity *p_target) {
   p_target->setHealth(p_target->getHealth() - getDamage());
 }
 
+// Decides exactly as a full path search per tile and goal would, only sooner:
+// the board does not change while the enemy thinks, a search stops once it
+// cannot beat what it is compared with, and no path is shorter than the
+// distance, so a goal that cannot win by distance is not searched at all.
 void Enemy::takeTurn() {
   Board *p_board = getBoard();
   if (isDead() || !p_board) return;
-  Tile *p_here = p_board->getTile(getGridX(), getGridY());
-  qv::Vector here = gridOf(p_here);
-  std::vector<Tile *> reachable, targets, goals;
-  Tile *p_fallback = nullptr;
-  qv::Vector size = p_board->getSize();
-  for (int c = 0; c < size.getX(); c++) {
-    for (int r = 0; r < size.getY(); r++) {
+  const Occupancy occupied = p_board->getOccupancy();
+  const int column = getGridX();
+  const int row = getGridY();
+  auto within = [&](int c, int r, int range) {
+    return std::abs(c - column) + std::abs(r - row) <= range &&
+           boardPathLength(occupied, column, row, c, r, range + 1) <= range;
+  };
+
+  std::vector<Tile *> reachable, goals;
+  Tile *p_target = nullptr;
+  for (int c = 0; c < BOARD_COLUMNS; c++) {
+    for (int r = 0; r < BOARD_ROWS; r++) {
       Tile *p_tile = p_board->getTile(c, r);
-      int d = p_board->manhattan(p_here, p_tile);
-      if (d <= getMoveRange() && p_board->pathLength(here, gridOf(p_tile)) <= getMoveRange() &&
-          p_tile->isEmpty()) {
-        reachable.push_back(p_tile);
-        p_fallback = p_tile;
-      }
-      if (d <= getAttackRange() && p_board->pathLength(here, gridOf(p_tile)) <= getAttackRange() &&
-          !p_tile->isEmpty()) {
-        std::string type = p_tile->getOccupant()->getType();
-        if (type == "Hero" || (type == "Obstacle" && c < getGridX())) targets.push_back(p_tile);
-      }
-      if (p_tile->isBase() || (!p_tile->isEmpty() && p_tile->getOccupant()->getType() == "Hero"))
-        goals.push_back(p_tile);
+      Entity *p_unit = p_tile->getOccupant();
+      if (!p_unit && within(c, r, getMoveRange())) reachable.push_back(p_tile);
+      // Walls are broken down only on the way left.
+      if (p_unit && !p_target && within(c, r, getAttackRange()) &&
+          (p_unit->getType() == "Hero" || (p_unit->getType() == "Obstacle" && c < column)))
+        p_target = p_tile;
+      if (p_tile->isBase() || (p_unit && p_unit->getType() == "Hero")) goals.push_back(p_tile);
     }
   }
   if (reachable.empty()) return;
-  if (!targets.empty()) {
-    attack(targets.front()->getOccupant());
+  if (p_target) {
+    attack(p_target->getOccupant());
     return;
   }
-  int best_path = 10000;
-  Tile *p_path_choice = p_fallback;
-  int best_near = 10000;
+
+  // An occupied goal counts its path twice; ties keep the earlier tile.
+  int best_path = UNREACHABLE;
+  Tile *p_path_choice = reachable.back();
+  int best_near = UNREACHABLE;
   Tile *p_near_choice = nullptr;
   for (Tile *p_r : reachable) {
     for (Tile *p_g : goals) {
-      int p = p_board->pathLength(gridOf(p_r), gridOf(p_g));
-      int m = p_board->manhattan(p_r, p_g);
-      int score = p_g->isEmpty() ? p : 2 * p;
+      const int m = p_board->manhattan(p_r, p_g);
+      const bool empty = p_g->isEmpty();
+      if (empty && m < best_near) {
+        best_near = m;
+        p_near_choice = p_r;
+      }
+      const int limit = empty ? best_path : (best_path + 1) / 2;  // what p must stay below
+      if (m >= limit) continue;
+      const int p = boardPathLength(occupied, p_r->getGridX(), p_r->getGridY(), p_g->getGridX(),
+                                    p_g->getGridY(), limit);
+      const int score = empty ? p : 2 * p;
       if (score < best_path) {
         best_path = score;
         p_path_choice = p_r;
-      }
-      if (p_g->isEmpty() && m < best_near) {
-        best_near = m;
-        p_near_choice = p_r;
       }
     }
   }

@@ -22,7 +22,9 @@ const int MAX_MUSICS = 50;
 // Loads every asset once and hands out pointers by label: sprites from text
 // files (a simple and a sectioned format), sound effects and music from audio
 // files. A broken sprite file is reported with line numbers and the offending
-// text and is not loaded at all. Pointers stay valid until shutDown.
+// text and is not loaded at all. Pointers stay valid until shutDown. Where
+// no audio device opens, start-up logs it once and sounds and music load and
+// resolve by label but play silently.
 class ResourceManager : public Manager {
  public:
   static ResourceManager &getInstance();

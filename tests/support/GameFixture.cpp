@@ -122,12 +122,16 @@ std::string GameFixture::units() const {
   return text;
 }
 
+std::string GameFixture::spriteOf(const qv::Object *p_o) const {
+  const qv::Sprite *p_sprite = p_o->getAnimation().getSprite();
+  return p_sprite ? p_sprite->getLabel() : "";
+}
+
 std::string GameFixture::colours() const {
   std::string text;
   for (int r = 0; r < 12; r++) {
     for (int c = 0; c < 12; c++) {
-      const qv::Sprite *p_sprite = board().getTile(c, r)->getAnimation().getSprite();
-      text += p_sprite ? p_sprite->getLabel()[5] : '?';
+      text += spriteOf(board().getTile(c, r)).substr(5, 1);
     }
     text += '\n';
   }

@@ -10,6 +10,7 @@
 #include "MainMenu.h"
 #include "input/EventKeyboard.h"
 #include "input/EventMouse.h"
+#include "world/WorldManager.h"
 
 namespace qvtest {
 
@@ -42,6 +43,15 @@ class GameFixture : public EngineFixture {
   // Tile colours by their sprite's first letter after "tile-": w y c g r.
   std::string colours() const;
   Entity *unitAt(int column, int row) const;
+  // The first world object of a class, or none.
+  template <class T>
+  T *find() const {
+    qv::ObjectList all = qv::WorldManager::getInstance().getAllObjects(true);
+    for (int i = 0; i < all.getCount(); i++)
+      if (T *p_found = dynamic_cast<T *>(all[i])) return p_found;
+    return nullptr;
+  }
+  std::string spriteOf(const qv::Object *p_o) const;
 
   Board &board() const { return *getBoard(); }
   GameState &state() const { return GameState::getInstance(); }

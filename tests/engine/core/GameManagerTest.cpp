@@ -182,6 +182,24 @@ TEST_F(GameManagerTest, AFailedManagerEndsStartUpAndShutDownStopsOnlyTheStartedO
   EXPECT_FALSE(log->contains("Path manager stopped"));
 }
 
+TEST_F(GameManagerTest, RunAfterAFailedStartUpReturnsAtOnceAndChangesNothing) {
+  stopEngine();
+  ASSERT_EQ(qv::WorldManager::getInstance().startUp(), 0);  // makes the next start fail
+  ASSERT_EQ(restartWith("log_level:1,"), -1);
+  const bool game_over = game().getGameOver();
+  const int steps = game().getStepCount();
+  qv::Clock clock;
+  game().run();
+  EXPECT_LT(clock.split(), 100000);
+  EXPECT_EQ(game().getGameOver(), game_over);
+  EXPECT_EQ(game().getStepCount(), steps);
+  EXPECT_EQ(log->count("GameManager::run(): Error! GameManager not started (startUp() failed or "
+                       "was never called): no game loop, returning at once."),
+            1);
+  EXPECT_FALSE(log->contains("GameManager::run(): starting game loop"));
+  game().shutDown();
+}
+
 TEST_F(GameManagerTest, WorkingDirectoryTooLongForItsBufferIsNamedSo) {
   std::string deep = dir.path();
   while (deep.size() < 300) deep += "/" + std::string(40, 'd');
