@@ -63,7 +63,7 @@ TEST_F(GameManagerTest, StartsWithBannersOnlyAndRefusesASecondStart) {
 }
 
 TEST_F(GameManagerTest, RaisedLevelShowsStartUpDetailsAndShutDownStopsTheLogLast) {
-  ASSERT_EQ(restartWith("log_level:1,"), 0);
+  ASSERT_EQ(restartWith("log_level:5,"), 0);
   std::vector<std::string> lines = log->messages();
   EXPECT_LT(indexOf(lines, "  Frame time: 10"), indexOf(lines, "Working directory:"));
   EXPECT_EQ(indexOf(lines, "  " + qv::platform::currentDirectory()),

@@ -36,6 +36,7 @@ TEST(LogManagerTest, PrefixesEveryLineWithLocalTimeAndFrameNumberUpToTheLogLevel
   EXPECT_EQ(logManager().writeLog(5, "at five"), 7);
   EXPECT_EQ(logManager().writeLog(6, "above five"), 0);
   EXPECT_EQ(logManager().writeLog(-3, "negative"), 8);
+  logManager().setLogLevel(0);
   log.stop();
   // Time, a blank, the frame number in four columns, a blank, the message.
   std::string prefix = "[0-2][0-9]:[0-5][0-9]:[0-6][0-9] " + frameColumn() + " ";
