@@ -24,6 +24,7 @@
 #include "MainMenu.h"
 #include "TempDir.h"
 #include "Tile.h"
+#include "XInput.h"
 #include "assets.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
@@ -32,55 +33,9 @@
 #include "graphics/Sprite.h"
 #include "world/WorldManager.h"
 
+using qvtest::XInput;
+
 namespace {
-
-// A person at the X server: pointer moves, clicks and keys sent through the
-// XTest extension, so the window gets them like any other input. The X
-// library is in the process already (the window library brought it); XTest
-// is opened at run time, so the tests link no window-system library.
-class XInput {
- public:
-  XInput() : m_p_xtst(dlopen("libXtst.so.6", RTLD_NOW)) {
-    auto open = reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
-    m_p_display = open ? open(nullptr) : nullptr;
-  }
-  ~XInput() {
-    if (m_p_display)
-      reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"))(m_p_display);
-    if (m_p_xtst) dlclose(m_p_xtst);
-  }
-  bool ok() const { return m_p_display && m_p_xtst; }
-
-  // The keyboard to this window, as a window manager would arrange it.
-  void focus(unsigned long window) const {
-    call<unsigned long, int, unsigned long>(RTLD_DEFAULT, "XSetInputFocus", window, 1, 0);
-  }
-  void pointer(int x, int y) const {
-    call<int, int, int, unsigned long>(m_p_xtst, "XTestFakeMotionEvent", -1, x, y, 0);
-  }
-  void button(bool down) const {
-    call<unsigned, int, unsigned long>(m_p_xtst, "XTestFakeButtonEvent", 1, down, 0);
-  }
-  // Keys by their X name: "p", "space", "Return".
-  void key(const char *name, bool down) const {
-    const auto sym = reinterpret_cast<unsigned long (*)(const char *)>(
-        dlsym(RTLD_DEFAULT, "XStringToKeysym"))(name);
-    const auto code = reinterpret_cast<unsigned char (*)(void *, unsigned long)>(
-        dlsym(RTLD_DEFAULT, "XKeysymToKeycode"))(m_p_display, sym);
-    call<unsigned, int, unsigned long>(m_p_xtst, "XTestFakeKeyEvent", code, down, 0);
-  }
-
- private:
-  // A request on the display, done by the server before the play goes on.
-  template <typename... A>
-  void call(void *p_library, const char *name, A... args) const {
-    reinterpret_cast<int (*)(void *, A...)>(dlsym(p_library, name))(m_p_display, args...);
-    reinterpret_cast<int (*)(void *, int)>(dlsym(RTLD_DEFAULT, "XSync"))(m_p_display, 0);
-  }
-
-  void *m_p_xtst;
-  void *m_p_display;
-};
 
 // One move of the play: its input, then what look() is to read once the
 // input has taken effect. Inputs, separated by blanks: a key by its X name
