@@ -208,13 +208,9 @@ void Config::loadConfig(std::string config_text) {
 
   value = match("window_background_color");
   if (!value.empty()) {
-    static const char *const words[] = {"black", "red",     "green", "yellow",
-                                        "blue",  "magenta", "cyan",  "white"};
-    int found = -1;
-    for (int c = 0; c < 8; c++)
-      if (value == words[c]) found = c;
-    if (found >= 0)
-      m_window_background_color = found;
+    Color color = BLACK;
+    if (colorFromName(value, color))
+      m_window_background_color = color;
     else
       log.writeLog("loadConfig(): Unsupported window color '%s'", value.c_str());
   }

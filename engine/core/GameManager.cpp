@@ -53,11 +53,7 @@ GameManager &GameManager::getInstance() {
 
 int GameManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   Config &config = Config::getInstance();
   config.loadConfig("");
 
@@ -182,7 +178,7 @@ void GameManager::run() {
 }
 
 bool GameManager::isValid(std::string event_type) const {
-  return event_type == "qv-step";
+  return event_type == STEP_EVENT;
 }
 
 void GameManager::setGameOver(bool game_over) {

@@ -25,7 +25,7 @@ class GameManager : public Manager {
   // for. Each call starts again at step 0 with game over cleared.
   void run();
 
-  // Only "qv-step" is delivered by the game manager.
+  // Only STEP_EVENT is delivered by the game manager.
   bool isValid(std::string event_type) const override;
 
   void setGameOver(bool game_over = true);

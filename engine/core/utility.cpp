@@ -1,6 +1,7 @@
 #include "core/utility.h"
 
 #include <SFML/Graphics/Color.hpp>
+#include <cctype>
 #include <cmath>
 #include <exception>
 #include <istream>
@@ -58,6 +59,18 @@ sf::Color colorToSFML(Color c) {
 
 std::string colorToString(Color c) {
   return isTableColor(c) ? COLORS[c].name : "Unknown color";
+}
+
+bool colorFromName(const std::string &name, Color &color) {
+  for (int c = BLACK; c <= WHITE; c++) {
+    std::string lower = COLORS[c].name;
+    for (char &ch : lower) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+    if (name == lower) {
+      color = static_cast<Color>(c);
+      return true;
+    }
+  }
+  return false;
 }
 
 std::string solidnessToString(Solidness s) {

@@ -41,6 +41,9 @@ void colorToRGB(Color c, unsigned char &r, unsigned char &g, unsigned char &b);
 // c with alpha 255; opaque white for CUSTOM and bad values.
 sf::Color colorToSFML(Color c);
 std::string colorToString(Color c);
+// The colour whose name colorToString gives, written in lower case as
+// configuration and sprite files spell it; false for any other text.
+bool colorFromName(const std::string &name, Color &color);
 std::string solidnessToString(Solidness s);
 std::string transformToString(Transform t);
 // A view object's place on the screen, "top-left" (0) to "bot-right" (8).

@@ -1,67 +1,18 @@
 #include "graphics/DisplayManager.h"
 
-#include <dlfcn.h>
-
 #include <SFML/Graphics.hpp>
 #include <algorithm>
-#include <cstdlib>
 #include <locale>
 #include <new>
 
 #include "core/Config.h"
 #include "core/LogManager.h"
 #include "core/bounds.h"
-#include "platform/platform.h"
+#include "platform/x11.h"
 
 namespace qv {
 
 namespace {
-
-// SFML aborts the process when it cannot reach the X server, so the server
-// is reached first and an unreachable one reported as a failed window. The
-// connection is held until the window exists: SFML opens and closes its own
-// connections during start-up, and a server that sees its last client leave
-// resets and turns the next one away (Xvfb does, between tests). Xlib is
-// already loaded with SFML's window module; it is looked up rather than
-// linked so the engine names no window-system library of its own.
-class XConnection {
- public:
-  XConnection() {
-    const char *display = std::getenv("DISPLAY");
-    if (display == nullptr || display[0] == '\0') {
-      m_reason = "DISPLAY is not set";
-      return;
-    }
-    const auto open_display =
-        reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
-    m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
-    if (open_display == nullptr || m_close_display == nullptr) {
-      m_reachable = true;  // no Xlib to ask: let SFML try
-      return;
-    }
-    // A resetting server answers again within milliseconds.
-    for (int attempt = 0; attempt < 10 && m_connection == nullptr; attempt++) {
-      if (attempt > 0) platform::sleepMilliseconds(20);
-      m_connection = open_display(display);
-    }
-    m_reachable = m_connection != nullptr;
-    if (!m_reachable) m_reason = "the X display cannot be reached";
-  }
-  ~XConnection() {
-    if (m_connection != nullptr) m_close_display(m_connection);
-  }
-  XConnection(const XConnection &) = delete;
-  XConnection &operator=(const XConnection &) = delete;
-
-  bool reachable() const { return m_reachable; }
-  const char *reason() const { return m_reason; }
-
- private:
-  void *m_connection = nullptr;
-  int (*m_close_display)(void *) = nullptr;
-  bool m_reachable = false;
-  const char *m_reason = "";
-};
 
 // A grid needs at least one cell each way: the cell size divides by it.
 int checkedCells(const char *where, const char *axis, int cells, int fallback) {
@@ -105,11 +56,7 @@ DisplayManager &DisplayManager::getInstance() {
 
 int DisplayManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
 
   const Config &config = Config::getInstance();
   m_window_horizontal_pixels = config.getWindowHorizontalPixels();
@@ -128,7 +75,7 @@ int DisplayManager::startUp() {
     return 0;
   }
 
-  const XConnection x_server;
+  const platform::DisplayConnection x_server;
   if (!x_server.reachable()) {
     log.writeLog("DisplayManager::startUp(): Error! No window system: %s.", x_server.reason());
     log.writeLog("DisplayManager::startUp(): Unable to allocate window!");

@@ -13,11 +13,6 @@ namespace qv {
 
 namespace {
 
-const char *const NETWORK_TYPES[] = {
-    "qv-network",        "qv-keyboard-network", "qv-mouse-network",     "qv-network-create",
-    "qv-custom-network", "qv-network-delete",   "qv-network-game-over", "qv-network-sync",
-};
-
 const int READ_CHUNK = 4096;  // bytes taken from a socket per read
 const int LENGTH_BYTES = 4;   // size of a message's length prefix
 
@@ -53,11 +48,7 @@ NetworkManager &NetworkManager::getInstance() {
 
 int NetworkManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   // BSD sockets need no library start-up, so nothing here can fail.
   Manager::startUp();
   log.writeLog(5, "NetworkManager::startUp(): successfully started.");
@@ -72,8 +63,7 @@ void NetworkManager::shutDown() {
 }
 
 bool NetworkManager::isValid(std::string event_type) const {
-  for (const char *p_type : NETWORK_TYPES)
-    if (event_type == p_type) return true;
+  if (isNetworkEvent(event_type)) return true;
   LogManager::getInstance().writeLog(
       "NetworkManager::isValid(): Error! NetworkManager does not handle %s.", event_type.c_str());
   return false;

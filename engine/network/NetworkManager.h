@@ -17,7 +17,7 @@ const int MAX_MESSAGE_SIZE = 16 * 1024 * 1024;
 
 // Holds the game's TCP connections. A connection is named by its index in
 // the connection list; closing one renumbers the later ones. Interested
-// objects hear about connections through EventNetwork ("qv-network").
+// objects hear about connections through EventNetwork (NETWORK_EVENT).
 // All sockets are non-blocking: nothing here ever waits, except connect.
 class NetworkManager : public Manager {
  public:

@@ -17,27 +17,12 @@ namespace {
 // point. Reset by loadSprite for each file.
 int s_line_number = 0;
 
-// Colour names as sprite files spell them (exact, lower case), by Color value.
-const char *const COLOR_NAMES[] = {"black", "red",     "green", "yellow",
-                                   "blue",  "magenta", "cyan",  "white"};
-
 // A number as sprite files write it: leading blanks, an optional sign, then
 // digits; reading stops at the first other character and a text without
 // leading digits reads as 0. Out-of-range values are clamped to int.
 int readNumber(const std::string &text) {
   const long value = std::strtol(text.c_str(), nullptr, 10);
   return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
-}
-
-// The Color for a file's colour name; false for anything else.
-bool colorFromName(const std::string &name, Color &color) {
-  for (int c = BLACK; c <= WHITE; c++) {
-    if (name == COLOR_NAMES[c]) {
-      color = static_cast<Color>(c);
-      return true;
-    }
-  }
-  return false;
 }
 
 bool startsWith(const std::string &line, const std::string &key) {
@@ -124,11 +109,7 @@ ResourceManager &ResourceManager::getInstance() {
 }
 
 int ResourceManager::startUp() {
-  if (isStarted()) {
-    LogManager::getInstance().writeLog("%s::startup(): Warning! %s already started.",
-                                       getType().c_str(), getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   m_sprite_count = 0;
   m_sound_count = 0;
   m_music_count = 0;

@@ -52,6 +52,21 @@ TEST_F(UtilityLogTest, CustomAndUnsupportedColorsGiveWhiteAndLeaveComponents) {
                 "colorToSFML(): Color -1 not supported."}));
 }
 
+// Files name colours in lower case only; anything else leaves the colour alone.
+TEST(UtilityTest, ColorNamesAreReadInLowerCaseOnly) {
+  const struct {
+    const char *name;
+    qv::Color expected;
+  } rows[] = {{"black", qv::BLACK}, {"magenta", qv::MAGENTA}, {"white", qv::WHITE},
+              {"Cyan", qv::CUSTOM}, {"custom", qv::CUSTOM},   {"red ", qv::CUSTOM},
+              {"", qv::CUSTOM}};
+  for (const auto &row : rows) {
+    qv::Color color = qv::CUSTOM;
+    EXPECT_EQ(qv::colorFromName(row.name, color), row.expected != qv::CUSTOM) << row.name;
+    EXPECT_EQ(color, row.expected) << row.name;
+  }
+}
+
 TEST(UtilityTest, EnumerationNamesFallBackOutsideTheirRange) {
   const char *solid[] = {"hard", "soft", "spectral", "undefined", "undefined"};
   for (int i = -1; i <= 3; i++)
