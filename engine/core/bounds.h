@@ -30,9 +30,9 @@ constexpr int SPRITE_SLOWDOWN_MAX = 100000;
 // nodes, text box sizes) is finite and at most this far from 0, so sums and
 // products of two of them stay finite and fit an int.
 constexpr float RECORD_FLOAT_MAX = 1e6f;
-// The largest id a record may give an object: the id counter then still has
-// over a billion ids for the objects this copy makes.
-constexpr int RECORD_ID_MAX = 1 << 30;
+// A received id (any from 1 up) moves the id counter no further than this,
+// so the counter keeps over a billion ids for the objects this copy makes.
+constexpr int ID_COUNTER_MAX = 1 << 30;
 // A text box from a record is at most this many grids wide and high.
 constexpr int TEXT_BOX_GRIDS_MAX = 4;
 
