@@ -1,8 +1,9 @@
 #include "FuzzEngine.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
-#include <unistd.h>
 
 #include "core/Config.h"
 #include "core/LogManager.h"
@@ -45,8 +46,7 @@ void startResources() {
   const int fd = mkstemp(path);
   if (fd == -1) std::abort();
   const char sprite[] = "2\n3\n2\n2\ncyan\n.o.\n/#\\\n\\o/\n.#.\n";
-  if (write(fd, sprite, sizeof sprite - 1) != static_cast<ssize_t>(sizeof sprite - 1))
-    std::abort();
+  if (write(fd, sprite, sizeof sprite - 1) != static_cast<ssize_t>(sizeof sprite - 1)) std::abort();
   close(fd);
   resources.loadSprite(path, "fuzz");
   unlink(path);

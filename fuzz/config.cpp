@@ -1,6 +1,8 @@
 // A configuration file, then the start-up of what it configures: the log,
 // the display (headless: a window per input would be far too slow, but the
 // text view is sized all the same) and the world with its collision grid.
+#include "core/Config.h"
+
 #include <unistd.h>
 
 #include <cstdio>
@@ -8,7 +10,6 @@
 #include <string>
 
 #include "FuzzEngine.h"
-#include "core/Config.h"
 #include "core/LogManager.h"
 #include "graphics/DisplayManager.h"
 #include "world/WorldManager.h"
