@@ -17,6 +17,9 @@
 
 using qvtest::GameFixture;
 
+// Present only in a sanitized build.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
 namespace {
 
 class SoakTest : public GameFixture {
@@ -72,7 +75,11 @@ class SoakTest : public GameFixture {
     }
   }
 
-  static std::size_t heapInUse() { return mallinfo2().uordblks; }
+  static std::size_t heapInUse() {
+    // Under AddressSanitizer malloc is the sanitizer's, and it keeps the count.
+    if (__sanitizer_get_current_allocated_bytes) return __sanitizer_get_current_allocated_bytes();
+    return mallinfo2().uordblks;
+  }
   static int objectCount() {
     return qv::WorldManager::getInstance().getAllObjects(true).getCount();
   }
