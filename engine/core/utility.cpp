@@ -225,6 +225,16 @@ int readString(std::istream &in, std::string &text, std::uint64_t &length) {
   return 0;
 }
 
+bool recordValueInRange(std::ios &stream, const char *where, const char *what, long long value,
+                        long long low, long long high) {
+  if (value >= low && value <= high) return true;
+  LogManager::getInstance().writeLog(
+      "%s: Error! %s %lld out of range [%lld, %lld]; the record is refused.", where, what, value,
+      low, high);
+  stream.setstate(std::ios::failbit);
+  return false;
+}
+
 bool boxIntersectsBox(const Box &a, const Box &b) {
   float ax = a.getCorner().getX(), ay = a.getCorner().getY();
   float bx = b.getCorner().getX(), by = b.getCorner().getY();

@@ -82,6 +82,11 @@ bool readCount(std::istream &in, std::uint64_t &count, std::uint64_t item_size);
 // 0, -1 when the input failed, or -2 when no memory could be had for the
 // text, whose length is then left in length (the bytes stay unread).
 int readString(std::istream &in, std::string &text, std::uint64_t &length);
+// True when low <= value <= high. Otherwise a value no object can have came
+// in a record: one log line names where, what and the range, and the stream
+// is failed as a short record's would be.
+bool recordValueInRange(std::ios &stream, const char *where, const char *what, long long value,
+                        long long low, long long high);
 
 // ---- geometry ----------------------------------------------------------------
 // Overlap on both axes, shared edges and corners included.

@@ -7,6 +7,7 @@
 
 #include "core/Config.h"
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "platform/x11.h"
 
 namespace qv {
@@ -15,7 +16,7 @@ namespace {
 
 // A grid needs at least one cell each way: the cell size divides by it.
 int checkedCells(const char *where, const char *axis, int cells, int fallback) {
-  if (cells >= 1) return cells;
+  if (cells >= 1 && cells <= CELLS_MAX) return cells;
   LogManager::getInstance().writeLog("%s: Error! %d cells %s is no grid; using %d instead.", where,
                                      cells, axis, fallback);
   return fallback;

@@ -63,7 +63,7 @@ class DisplayManager : public Manager {
 
   // Change the grid (cells across or down): the cell size and all later
   // pixel conversions follow; the glyph size and the window do not. Values
-  // below 1 are refused with a log line.
+  // below 1 or above CELLS_MAX are refused with a log line.
   void setHorizontalChars(int new_horizontal_chars);
   void setVerticalChars(int new_vertical_chars);
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <tuple>
 
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "core/utility.h"
 #include "platform/audio.h"
 
@@ -37,17 +39,21 @@ T matchLine(std::vector<std::string> &lines, const char *key, T none, const char
             Parse parse) {
   const std::string k(key);
   T value = none;
-  for (auto it = lines.begin(); it != lines.end();) {
-    if (!startsWith(*it, k)) {
-      ++it;
+  // The unmatched lines are moved down in one pass: a header of many
+  // matching lines costs no more than its length.
+  std::size_t kept = 0;
+  for (std::string &line : lines) {
+    if (!startsWith(line, k)) {
+      if (&lines[kept] != &line) lines[kept] = std::move(line);
+      kept++;
       continue;
     }
     if (value != none)
       LogManager::getInstance().writeLog(1, "%s: Warning! '%s' matches multiple lines.", caller,
-                                         it->c_str());
-    value = it->size() > k.size() ? T(parse(it->substr(k.size() + 1))) : none;
-    it = lines.erase(it);
+                                         line.c_str());
+    value = line.size() > k.size() ? T(parse(line.substr(k.size() + 1))) : none;
   }
+  lines.resize(kept);
   return value;
 }
 
@@ -235,6 +241,17 @@ Sprite *ResourceManager::loadSimpleSprite(std::ifstream &file) {
       log.writeLog(INVALID[i], s_line_number, line.c_str());
       return nullptr;
     }
+    static const int MOST[] = {SPRITE_FRAMES_MAX, SPRITE_SIDE_MAX, SPRITE_SIDE_MAX,
+                               SPRITE_SLOWDOWN_MAX};
+    if (number[i] > MOST[i]) {
+      if (i == 0)
+        log.writeLog("RM::loadSimpleSprite(): Error line %d! Number of frames is %d.",
+                     s_line_number, number[i]);
+      else
+        log.writeLog(INVALID[i], s_line_number, line.c_str());
+      log.writeLog("\tAt most %d.", MOST[i]);
+      return nullptr;
+    }
   }
   const int frames = number[0], width = number[1], height = number[2], slowdown = number[3];
   log.writeLog(5, "\t      Frames: %d", frames);
@@ -348,6 +365,17 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
     log.writeLog(5, "RM::loadRobustSprite(): Note! No '%s' in header.", "slowdown");
     slowdown = 0;
   }
+  const std::tuple<const char *, int, int> bounded[] = {
+      {"frames", frames, SPRITE_FRAMES_MAX},
+      {"width", width, SPRITE_SIDE_MAX},
+      {"height", height, SPRITE_SIDE_MAX},
+      {"slowdown", slowdown, SPRITE_SLOWDOWN_MAX}};
+  for (const auto &[key, value, most] : bounded) {
+    if (value > most) {
+      log.writeLog("RM::loadRobustSprite(): Error! '%s' is %d, at most %d.", key, value, most);
+      return nullptr;
+    }
+  }
 
   if (!header.empty()) {
     log.writeLog(1, "RM::loadRobustSprite(): Warning! Unused HEADER lines:");
@@ -394,8 +422,9 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
   p_sprite->setColor(color);
   log.writeLog(5, "\t       Color: %s", colorToString(color).c_str());
 
+  std::size_t at = 0;  // the body's first line not yet read
   for (int i = 0; i < frames; i++) {
-    Frame frame = readFrame(body, width, height, body_base + 2 + i * height);
+    Frame frame = readFrameAt(body, at, width, height, body_base + 2 + i * height);
     if (frame.isEmpty()) {
       log.writeLog("RM::loadRobustSprite(): Error! No frame data to add.");
       return nullptr;
@@ -406,10 +435,10 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
       return nullptr;
     }
   }
-  if (!body.empty()) {
+  if (at < body.size()) {
     log.writeLog("RM::loadRobustSprite(): Error! Extra BODY:");
-    for (const std::string &line : body) {
-      log.writeLog("\tLine %d: %s", s_line_number, line.c_str());
+    for (; at < body.size(); at++) {
+      log.writeLog("\tLine %d: %s", s_line_number, body[at].c_str());
       s_line_number++;
     }
     return nullptr;
@@ -548,44 +577,45 @@ std::string matchLineStr(std::vector<std::string> &lines, const char *key) {
 }
 
 Frame readFrame(std::vector<std::string> &lines, int width, int height, int line_number) {
+  std::size_t at = 0;
+  Frame frame = readFrameAt(lines, at, width, height, line_number);
+  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(at));
+  return frame;
+}
+
+Frame readFrameAt(const std::vector<std::string> &lines, std::size_t &at, int width, int height,
+                  int line_number) {
   LogManager &log = LogManager::getInstance();
   int n = line_number;
-  std::size_t taken = 0;
   std::string picture;
-  // Rows taken come off the list whether or not the frame completes.
-  auto fail = [&]() {
-    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken));
-    return Frame();
-  };
-
+  // Rows read count as taken whether or not the frame completes.
   for (int row = 0; row < height; row++) {
-    if (taken == lines.size()) {
+    if (at == lines.size()) {
       log.writeLog("\tError! Line %d: No more frame data before 'end'.", n + 1);
-      return fail();
+      return Frame();
     }
-    const std::string &line = lines[taken];
+    const std::string &line = lines[at];
     n++;
     log.writeLog(20, "\tLine %2d: '%s'", n, line.c_str());
     if (line.size() != static_cast<std::size_t>(width)) {
       log.writeLog("\tError! Line %d: Line length is %d (frame width is %d).", n,
                    static_cast<int>(line.size()), width);
       log.writeLog("\tLine %d: '%s'", n, line.c_str());
-      return fail();
+      return Frame();
     }
     picture += line;
-    taken++;
+    at++;
   }
-  if (taken == lines.size()) {
+  if (at == lines.size()) {
     log.writeLog("\tError! Line %d: No more frame data before 'end'.", n + 1);
-    return fail();
+    return Frame();
   }
-  if (lines[taken] != "end") {
+  if (lines[at] != "end") {
     log.writeLog("\tError! Line %d: Expected '%s'.", n + 1, "end");
-    log.writeLog("\tLine %d: '%s'", n + 1, lines[taken].c_str());
-    return fail();
+    log.writeLog("\tLine %d: '%s'", n + 1, lines[at].c_str());
+    return Frame();
   }
-  taken++;
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken));
+  at++;
   return Frame(width, height, std::move(picture));
 }
 

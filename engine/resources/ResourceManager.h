@@ -85,6 +85,10 @@ std::string matchLineStr(std::vector<std::string> &lines, const char *key);
 // Takes height rows of width characters and an "end" line off the front of
 // lines; an empty frame after logging why. line_number places the messages.
 Frame readFrame(std::vector<std::string> &lines, int width, int height, int line_number);
+// As readFrame, reading from lines[at] on without removing anything: at
+// moves past the rows taken (and the "end" line of a complete frame).
+Frame readFrameAt(const std::vector<std::string> &lines, std::size_t &at, int width, int height,
+                  int line_number);
 
 }  // namespace qv
 

@@ -1,8 +1,8 @@
 #include "world/Object.h"
 
+#include <climits>
 #include <cstdint>
 #include <istream>
-#include <limits>
 #include <ostream>
 #include <sstream>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "input/EventKeyboard.h"
 #include "input/EventMouse.h"
 #include "input/InputManager.h"
@@ -470,11 +471,22 @@ const std::vector<Object::Attribute> &Object::Attribute::all() {
       {ID, "ID", [](const Object &o, std::stringstream &out) { writeInt(out, o.m_id); },
        [](Object &o, std::stringstream &in, Reading &) {
          int id = 0;
-         if (readInt(in, id) && id != o.m_id) {
+         if (!readInt(in, id)) return true;
+         if (!recordValueInRange(in, "Object::deserialize()", "Id", id, 1, INT_MAX)) return true;
+         if (id != o.m_id) {
            o.m_id = id;
            o.m_modified |= ID;
-           // Later objects of this copy must never take a received id.
-           if (id >= next_id && id < std::numeric_limits<int>::max()) next_id = id + 1;
+           // Later objects of this copy must never take a received id, but
+           // an id near the top of int's range would leave the counter none
+           // to give: it moves no further than ID_COUNTER_MAX.
+           if (id >= next_id && id < ID_COUNTER_MAX) {
+             next_id = id + 1;
+           } else if (id >= ID_COUNTER_MAX && next_id < ID_COUNTER_MAX) {
+             LogManager::getInstance().writeLog(
+                 "Object::deserialize(): Note! Id %d is past %d; new objects' ids go on from %d.",
+                 id, ID_COUNTER_MAX, ID_COUNTER_MAX);
+             next_id = ID_COUNTER_MAX;
+           }
          }
          return true;
        },

@@ -237,6 +237,40 @@ TEST_F(NetworkTest, BytesAndMessagesArriveIntactAndHostileLengthsAreRefused) {
   EXPECT_EQ(p_listener->events.back(), std::make_pair(2, 0));
 }
 
+// Thousands of small messages waiting at once, arriving in pieces cut
+// anywhere: each is taken whole and in order while the inbox is taken from
+// its front and compacted behind (bench/HostileInputBench.cpp times it).
+TEST_F(NetworkTest, ManyWaitingMessagesDrainWholeAndInOrder) {
+  listen();
+  RawClient client(nm.getPort());
+  ASSERT_EQ(acceptOne(), 0);
+  auto message_for = [](int k) { return std::string(k % 4, static_cast<char>('a' + k % 26)); };
+  const int count = 20000;
+  std::string stream;
+  for (int k = 0; k < count; k++)
+    stream += std::string(1, static_cast<char>(k % 4)) + std::string(3, '\0') + message_for(k);
+  const std::size_t piece = stream.size() / 4 + 3;  // cuts through messages
+  int received = 0;
+  std::string message;
+  for (std::size_t at = 0; at < stream.size(); at += piece) {
+    client.write(stream.substr(at, piece));
+    for (int idle = 0; idle < 200;) {
+      int got = nm.receiveMessage(&message, 0);
+      ASSERT_NE(got, -1);
+      if (got == 0) {
+        idle++;
+        qv::platform::sleepMilliseconds(1);
+        continue;
+      }
+      ASSERT_EQ(message, message_for(received)) << "message " << received;
+      received++;
+      idle = 0;
+    }
+  }
+  EXPECT_EQ(received, count);
+  EXPECT_EQ(nm.isData(0), 0);
+}
+
 TEST_F(NetworkTest, QueuedMessageLeavesInItsFrameAndNotBefore) {
   serve(1);
   ASSERT_EQ(nm.queue("late", 4, 0, 3), 0);

