@@ -30,10 +30,10 @@ class FrameStamper : public qv::Object {
  public:
   explicit FrameStamper(std::vector<std::int64_t> *p_stamps) : m_p_stamps(p_stamps) {
     setType("FrameStamper");
-    registerInterest("qv-step");
+    registerInterest(qv::STEP_EVENT);
   }
   int eventHandler(const qv::Event *p_e) override {
-    if (p_e->getType() != "qv-step") return 0;
+    if (p_e->getType() != qv::STEP_EVENT) return 0;
     m_p_stamps->push_back(qv::platform::monotonicMicroseconds());
     if (static_cast<int>(m_p_stamps->size()) > FRAMES) qv::GameManager::getInstance().setGameOver();
     return 1;

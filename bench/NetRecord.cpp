@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "core/EventStep.h"
 #include "graphics/TextBox.h"
 #include "world/Object.h"
 #include "world/WorldManager.h"
@@ -17,7 +18,7 @@ void BM_ObjectRecordRoundTrip(benchmark::State &state) {
   p_src->setType("Hero");
   p_src->setVelocity(qv::Vector(1, 0.5f));
   p_src->registerInterest("playerturn");
-  p_src->registerInterest("qv-step");
+  p_src->registerInterest(qv::STEP_EVENT);
   qv::Object *p_dst = new qv::Object;
   std::size_t bytes = 0;
   for (auto _ : state) {

@@ -43,7 +43,10 @@ Entity::Entity() {
 Entity::~Entity() {
   Board *p_board = getBoard();
   if (!p_board) return;
-  if (Tile *p_tile = p_board->getTile(m_column, m_row)) p_tile->clearOccupant();
+  // Only its own tile: a unit never placed, or one of a level left behind
+  // while the next one starts, stands on a tile another unit holds.
+  Tile *p_tile = p_board->getTile(m_column, m_row);
+  if (p_tile && p_tile->getOccupant() == this) p_tile->clearOccupant();
   if (p_board->getSelected() == this) p_board->select(nullptr);
 }
 

@@ -105,9 +105,14 @@ void SelectStatDisplay::leaveLevel() {
       p_o->setActive(true);
       static_cast<MainMenu *>(p_o)->returnToMenu();
     } else if (p_o != this) {
+      // Inactive, the level takes no more input in the frame that is left
+      // of it: a click or Enter there would run an enemy turn whose new
+      // enemies outlive the level.
       world.markForDelete(p_o);
+      p_o->setActive(false);
     }
   }
   GameState::getInstance().setPhase(PLAYER_TURN);
   world.markForDelete(this);
+  setActive(false);
 }

@@ -1,6 +1,8 @@
 #include "core/Config.h"
 
 #include <cctype>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <new>
@@ -8,11 +10,14 @@
 #include <vector>
 
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "core/utility.h"
 
 namespace qv {
 
 namespace {
+
+const float DEFAULT_FONT_SCALE = 2.0f;
 
 // The items of the last parse; an empty text searches them again.
 std::vector<std::pair<std::string, std::string>> g_items;
@@ -76,6 +81,28 @@ void parseItems(const std::string &text) {
                  g_items[i].second.c_str());
 }
 
+// A setting over its bound takes the bound, after a line saying so.
+void limitSetting(const char *key, int &field, int most) {
+  if (field <= most) return;
+  LogManager::getInstance().writeLog("loadConfig(): Warning! %s %d is over %d; using %d.", key,
+                                     field, most, most);
+  field = most;
+}
+
+// The font scale is kept to glyphs that fit a window; no number at all
+// gives the default.
+void limitFontScale(float &scale) {
+  const float limited = std::isnan(scale)
+                            ? DEFAULT_FONT_SCALE
+                            : std::fmin(std::fmax(scale, FONT_SCALE_MIN), FONT_SCALE_MAX);
+  if (limited == scale) return;
+  LogManager::getInstance().writeLog(
+      "loadConfig(): Warning! font_scale %g out of range [%g, %g]; using %g.",
+      static_cast<double>(scale), static_cast<double>(FONT_SCALE_MIN),
+      static_cast<double>(FONT_SCALE_MAX), static_cast<double>(limited));
+  scale = limited;
+}
+
 }  // namespace
 
 std::string match(std::string str, std::string find) {
@@ -111,7 +138,7 @@ void Config::setDefaults() {
   m_window_state = 0;
   m_window_background_color = BLACK;
   m_frame_time = 33;
-  m_font_scale = 2.0f;
+  m_font_scale = DEFAULT_FONT_SCALE;
   m_window_title = "Quorvelle";
   m_show_mouse = false;
   m_headless = false;
@@ -181,13 +208,9 @@ void Config::loadConfig(std::string config_text) {
 
   value = match("window_background_color");
   if (!value.empty()) {
-    static const char *const words[] = {"black", "red",     "green", "yellow",
-                                        "blue",  "magenta", "cyan",  "white"};
-    int found = -1;
-    for (int c = 0; c < 8; c++)
-      if (value == words[c]) found = c;
-    if (found >= 0)
-      m_window_background_color = found;
+    Color color = BLACK;
+    if (colorFromName(value, color))
+      m_window_background_color = color;
     else
       log.writeLog("loadConfig(): Unsupported window color '%s'", value.c_str());
   }
@@ -224,6 +247,16 @@ void Config::loadConfig(std::string config_text) {
   setInt("quadtree_threshold", m_quadtree_threshold);
   setBool("signals", m_signals);
   setInt("log_level", m_log_level);
+  limitSettings();
+}
+
+void Config::limitSettings() {
+  limitSetting("frame_time", m_frame_time, FRAME_TIME_MAX);
+  limitFontScale(m_font_scale);
+  limitSetting("window_horizontal_pixels", m_window_horizontal_pixels, WINDOW_PIXELS_MAX);
+  limitSetting("window_vertical_pixels", m_window_vertical_pixels, WINDOW_PIXELS_MAX);
+  limitSetting("window_horizontal_chars", m_window_horizontal_chars, CELLS_MAX);
+  limitSetting("window_vertical_chars", m_window_vertical_chars, CELLS_MAX);
 }
 
 void Config::writeConfigToLog() const {

@@ -51,6 +51,8 @@ class Config {
   Config(const Config &) = delete;
   Config &operator=(const Config &) = delete;
   void setDefaults();
+  // Brings the settings the program cannot run with back within bounds.
+  void limitSettings();
 
   std::string m_config_text;       // the text last loaded
   int m_window_horizontal_pixels;  // 1024; 0 means the desktop's width

@@ -53,11 +53,7 @@ GameManager &GameManager::getInstance() {
 
 int GameManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   Config &config = Config::getInstance();
   config.loadConfig("");
 
@@ -153,6 +149,14 @@ void GameManager::shutDown() {
 
 void GameManager::run() {
   LogManager &log = LogManager::getInstance();
+  // Without the managers a frame does nothing useful, and the loop would
+  // spin unpaced, reporting a missing manager in every frame.
+  if (!isStarted()) {
+    log.writeLog(
+        "GameManager::run(): Error! GameManager not started (startUp() failed or was never "
+        "called): no game loop, returning at once.");
+    return;
+  }
   Clock clock;
   log.writeLog(1, "GameManager::run(): starting game loop");
   m_game_over = false;
@@ -182,7 +186,7 @@ void GameManager::run() {
 }
 
 bool GameManager::isValid(std::string event_type) const {
-  return event_type == "qv-step";
+  return event_type == STEP_EVENT;
 }
 
 void GameManager::setGameOver(bool game_over) {

@@ -22,10 +22,11 @@ class GameManager : public Manager {
   // Stops the started managers in reverse order, the log last.
   void shutDown() override;
   // The frame loop; returns after the frame in which game over was asked
-  // for. Each call starts again at step 0 with game over cleared.
+  // for. Each call starts again at step 0 with game over cleared. Refused,
+  // with a log line and nothing changed, unless startUp() succeeded.
   void run();
 
-  // Only "qv-step" is delivered by the game manager.
+  // Only STEP_EVENT is delivered by the game manager.
   bool isValid(std::string event_type) const override;
 
   void setGameOver(bool game_over = true);

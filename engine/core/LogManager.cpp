@@ -29,10 +29,7 @@ LogManager &LogManager::getInstance() {
 }
 
 int LogManager::startUp() {
-  if (isStarted()) {
-    writeLog("%s::startup(): Warning! %s already started.", getType().c_str(), getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   const char *env_name = std::getenv("QUORVELLE_LOG");
   std::string file_name = env_name ? env_name : Config::getInstance().getLogfile();
   m_p_f = std::fopen(file_name.c_str(), "w");

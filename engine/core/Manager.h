@@ -46,6 +46,11 @@ class Manager {
   ObjectList getInterested(std::string event_type) const;
   int getEventCount() const;
 
+ protected:
+  // Every startUp asks this first: true, after the warning line, when the
+  // manager is already started (startUp then returns -1).
+  bool refuseSecondStart() const;
+
  private:
   Manager(const Manager &) = delete;
   Manager &operator=(const Manager &) = delete;

@@ -1,6 +1,7 @@
 #include "core/utility.h"
 
 #include <SFML/Graphics/Color.hpp>
+#include <cctype>
 #include <cmath>
 #include <exception>
 #include <istream>
@@ -58,6 +59,18 @@ sf::Color colorToSFML(Color c) {
 
 std::string colorToString(Color c) {
   return isTableColor(c) ? COLORS[c].name : "Unknown color";
+}
+
+bool colorFromName(const std::string &name, Color &color) {
+  for (int c = BLACK; c <= WHITE; c++) {
+    std::string lower = COLORS[c].name;
+    for (char &ch : lower) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+    if (name == lower) {
+      color = static_cast<Color>(c);
+      return true;
+    }
+  }
+  return false;
 }
 
 std::string solidnessToString(Solidness s) {
@@ -210,6 +223,16 @@ int readString(std::istream &in, std::string &text, std::uint64_t &length) {
   if (length > 0 && !in.read(&read_text[0], static_cast<std::streamsize>(length))) return -1;
   text = std::move(read_text);
   return 0;
+}
+
+bool recordValueInRange(std::ios &stream, const char *where, const char *what, long long value,
+                        long long low, long long high) {
+  if (value >= low && value <= high) return true;
+  LogManager::getInstance().writeLog(
+      "%s: Error! %s %lld out of range [%lld, %lld]; the record is refused.", where, what, value,
+      low, high);
+  stream.setstate(std::ios::failbit);
+  return false;
 }
 
 bool boxIntersectsBox(const Box &a, const Box &b) {

@@ -41,6 +41,9 @@ void colorToRGB(Color c, unsigned char &r, unsigned char &g, unsigned char &b);
 // c with alpha 255; opaque white for CUSTOM and bad values.
 sf::Color colorToSFML(Color c);
 std::string colorToString(Color c);
+// The colour whose name colorToString gives, written in lower case as
+// configuration and sprite files spell it; false for any other text.
+bool colorFromName(const std::string &name, Color &color);
 std::string solidnessToString(Solidness s);
 std::string transformToString(Transform t);
 // A view object's place on the screen, "top-left" (0) to "bot-right" (8).
@@ -79,6 +82,11 @@ bool readCount(std::istream &in, std::uint64_t &count, std::uint64_t item_size);
 // 0, -1 when the input failed, or -2 when no memory could be had for the
 // text, whose length is then left in length (the bytes stay unread).
 int readString(std::istream &in, std::string &text, std::uint64_t &length);
+// True when low <= value <= high. Otherwise a value no object can have came
+// in a record: one log line names where, what and the range, and the stream
+// is failed as a short record's would be.
+bool recordValueInRange(std::ios &stream, const char *where, const char *what, long long value,
+                        long long low, long long high);
 
 // ---- geometry ----------------------------------------------------------------
 // Overlap on both axes, shared edges and corners included.

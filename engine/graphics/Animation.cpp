@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "core/utility.h"
 #include "graphics/Sprite.h"
 
@@ -93,6 +94,13 @@ int Animation::deserialize(std::stringstream *p_ss) {
   readInt(*p_ss, slowdown_count);
   readInt(*p_ss, transform);
   if (checkStream("Animation::deserialize()", *p_ss) != 0) return -1;
+  // Counters at the top of int's range would step past it when drawn.
+  const char *where = "Animation::deserialize()";
+  if (!recordValueInRange(*p_ss, where, "Frame index", index, 0, SPRITE_FRAMES_MAX - 1) ||
+      !recordValueInRange(*p_ss, where, "Slowdown count", slowdown_count, -1,
+                          SPRITE_SLOWDOWN_MAX) ||
+      !recordValueInRange(*p_ss, where, "Transform", transform, NONE, BOTH))
+    return -1;
   // A sprite of another name no longer belongs to this animation.
   if (name != m_name) m_p_sprite = nullptr;
   m_name = name;

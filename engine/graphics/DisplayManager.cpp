@@ -1,70 +1,22 @@
 #include "graphics/DisplayManager.h"
 
-#include <dlfcn.h>
-
 #include <SFML/Graphics.hpp>
 #include <algorithm>
-#include <cstdlib>
 #include <locale>
 #include <new>
 
 #include "core/Config.h"
 #include "core/LogManager.h"
-#include "platform/platform.h"
+#include "core/bounds.h"
+#include "platform/x11.h"
 
 namespace qv {
 
 namespace {
 
-// SFML aborts the process when it cannot reach the X server, so the server
-// is reached first and an unreachable one reported as a failed window. The
-// connection is held until the window exists: SFML opens and closes its own
-// connections during start-up, and a server that sees its last client leave
-// resets and turns the next one away (Xvfb does, between tests). Xlib is
-// already loaded with SFML's window module; it is looked up rather than
-// linked so the engine names no window-system library of its own.
-class XConnection {
- public:
-  XConnection() {
-    const char *display = std::getenv("DISPLAY");
-    if (display == nullptr || display[0] == '\0') {
-      m_reason = "DISPLAY is not set";
-      return;
-    }
-    const auto open_display =
-        reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
-    m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
-    if (open_display == nullptr || m_close_display == nullptr) {
-      m_reachable = true;  // no Xlib to ask: let SFML try
-      return;
-    }
-    // A resetting server answers again within milliseconds.
-    for (int attempt = 0; attempt < 10 && m_connection == nullptr; attempt++) {
-      if (attempt > 0) platform::sleepMilliseconds(20);
-      m_connection = open_display(display);
-    }
-    m_reachable = m_connection != nullptr;
-    if (!m_reachable) m_reason = "the X display cannot be reached";
-  }
-  ~XConnection() {
-    if (m_connection != nullptr) m_close_display(m_connection);
-  }
-  XConnection(const XConnection &) = delete;
-  XConnection &operator=(const XConnection &) = delete;
-
-  bool reachable() const { return m_reachable; }
-  const char *reason() const { return m_reason; }
-
- private:
-  void *m_connection = nullptr;
-  int (*m_close_display)(void *) = nullptr;
-  bool m_reachable = false;
-  const char *m_reason = "";
-};
-
 // A grid needs at least one cell each way: the cell size divides by it.
 int checkedCells(const char *where, const char *axis, int cells, int fallback) {
-  if (cells >= 1) return cells;
+  if (cells >= 1 && cells <= CELLS_MAX) return cells;
   LogManager::getInstance().writeLog("%s: Error! %d cells %s is no grid; using %d instead.", where,
                                      cells, axis, fallback);
   return fallback;
@@ -89,9 +41,7 @@ DisplayManager::DisplayManager()
       m_window_horizontal_chars(80),
       m_window_vertical_chars(24),
       m_p_font(new sf::Font()),
-      m_window_background_color(sf::Color::Black),
-      m_screen_columns(0),
-      m_screen_rows(0) {
+      m_window_background_color(sf::Color::Black) {
   setType("DisplayManager");
 }
 
@@ -104,11 +54,7 @@ DisplayManager &DisplayManager::getInstance() {
 
 int DisplayManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
 
   const Config &config = Config::getInstance();
   m_window_horizontal_pixels = config.getWindowHorizontalPixels();
@@ -127,7 +73,7 @@ int DisplayManager::startUp() {
     return 0;
   }
 
-  const XConnection x_server;
+  const platform::DisplayConnection x_server;
   if (!x_server.reachable()) {
     log.writeLog("DisplayManager::startUp(): Error! No window system: %s.", x_server.reason());
     log.writeLog("DisplayManager::startUp(): Unable to allocate window!");
@@ -162,20 +108,11 @@ int DisplayManager::startUp() {
     return -1;
   }
 
-  if (!makeCellRectangle()) {
-    log.writeLog("DisplayManager::startUp(): Error! Unable to allocate rectangle.");
-    return -1;
-  }
-
-  m_p_text.reset(new (std::nothrow) sf::Text("", *m_p_font, 30));
-  if (!m_p_text) {
-    log.writeLog("DisplayManager::startUp(): Error! Unable to allocate text.");
-    return -1;
-  }
-  m_p_text->setFont(*m_p_font);
-  m_p_text->setStyle(sf::Text::Bold);
+  // Glyphs are font_scale times the smaller side of a cell, in bold.
   const float size = config.getFontScale() * std::min(charWidth(), charHeight());
-  m_p_text->setCharacterSize(size > 0 ? static_cast<unsigned int>(size) : 0u);
+  m_renderer.start(*m_p_font, size > 0 ? static_cast<unsigned int>(size) : 0u,
+                   m_window_background_color);
+  m_renderer.setCellSize(charWidth(), charHeight());
 
   m_p_window->clear(m_window_background_color);
   Manager::startUp();
@@ -188,8 +125,7 @@ void DisplayManager::shutDown() {
     m_p_window->close();
     m_p_window.reset();
   }
-  m_p_text.reset();
-  m_p_rectangle.reset();
+  m_renderer.stop();
   Manager::shutDown();
   LogManager::getInstance().writeLog(5, "DisplayManager::shutDown(): successfully stopped.");
 }
@@ -214,18 +150,9 @@ int DisplayManager::drawChar(Vector world_pos, char ch, unsigned char r, unsigne
   const Vector view_pos = worldToView(world_pos);
   const Vector pixel = spacesToPixels(view_pos);
 
-  m_p_rectangle->setPosition(pixel.getX() - charWidth() / 10, pixel.getY() + charHeight() / 5);
-  m_p_rectangle->setRotation(angle);
-  m_p_window->draw(*m_p_rectangle);
-
-  // One character fits sf::String's small-string buffer: nothing is allocated.
-  m_p_text->setString(sf::String(ch, std::locale()));
-  m_p_text->setPosition(pixel.getX(), pixel.getY());
-  m_p_text->setFillColor(sf::Color(r, g, b, 255));
-  m_p_text->setRotation(angle);
-  m_p_window->draw(*m_p_text);
-
-  record(view_pos, ch, r, g, b);
+  // Drawn with the rest of its run when the frame is swapped or the window
+  // is taken; the console's storage is kept from frame to frame.
+  m_console.put(view_pos, pixel, ch, r, g, b, angle);
   return 0;
 }
 
@@ -256,27 +183,30 @@ int DisplayManager::swapBuffers() {
     return -1;
   }
   if (!m_p_window) return -1;
+  flush();
   m_p_window->display();
   m_p_window->clear(m_window_background_color);
 
   // The text view follows the pixels: the drawn frame is now the shown one,
-  // and the back buffer starts blank again, reusing the old front's storage.
-  m_front_cells.swap(m_back_cells);
-  std::fill(m_back_cells.begin(), m_back_cells.end(), blankCell());
+  // and the back buffer starts blank again.
+  m_console.swap();
+  m_renderer.startFrame();
   return 0;
 }
 
 void DisplayManager::setHorizontalChars(int new_horizontal_chars) {
+  flush();  // what was drawn keeps the cells it was drawn with
   m_window_horizontal_chars = checkedCells("DisplayManager::setHorizontalChars()", "across",
                                            new_horizontal_chars, m_window_horizontal_chars);
-  if (m_p_rectangle) makeCellRectangle();
+  m_renderer.setCellSize(charWidth(), charHeight());
   resizeScreen();
 }
 
 void DisplayManager::setVerticalChars(int new_vertical_chars) {
+  flush();
   m_window_vertical_chars = checkedCells("DisplayManager::setVerticalChars()", "down",
                                          new_vertical_chars, m_window_vertical_chars);
-  if (m_p_rectangle) makeCellRectangle();
+  m_renderer.setCellSize(charWidth(), charHeight());
   resizeScreen();
 }
 
@@ -292,20 +222,20 @@ int DisplayManager::getHorizontalPixels() const {
 int DisplayManager::getVerticalPixels() const {
   return m_window_vertical_pixels;
 }
-sf::RenderWindow *DisplayManager::getWindow() const {
+sf::RenderWindow *DisplayManager::getWindow() {
+  flush();
   return m_p_window.get();
 }
 
 std::string DisplayManager::screenText() const {
-  return gridText(m_back_cells);
+  return m_console.text();
 }
 std::string DisplayManager::shownText() const {
-  return gridText(m_front_cells);
+  return m_console.shownText();
 }
 
 DisplayManager::Cell DisplayManager::screenCell(int x, int y) const {
-  if (x < 0 || y < 0 || x >= m_screen_columns || y >= m_screen_rows) return blankCell();
-  return m_back_cells[static_cast<std::size_t>(y * m_screen_columns + x)];
+  return m_console.cell(x, y);
 }
 
 char DisplayManager::screenChar(int x, int y) const {
@@ -322,49 +252,18 @@ Color DisplayManager::screenColor(int x, int y) const {
   return CUSTOM;
 }
 
-bool DisplayManager::makeCellRectangle() {
-  m_p_rectangle.reset(new (std::nothrow)
-                          sf::RectangleShape(sf::Vector2f(charWidth(), charHeight())));
-  if (!m_p_rectangle) return false;
-  m_p_rectangle->setFillColor(m_window_background_color);
-  return true;
-}
-
 DisplayManager::Cell DisplayManager::blankCell() const {
   return Cell{' ', m_window_background_color.r, m_window_background_color.g,
               m_window_background_color.b};
 }
 
 void DisplayManager::resizeScreen() {
-  m_screen_columns = m_window_horizontal_chars;
-  m_screen_rows = m_window_vertical_chars;
-  const std::size_t count =
-      static_cast<std::size_t>(m_screen_columns) * static_cast<std::size_t>(m_screen_rows);
-  m_back_cells.assign(count, blankCell());
-  m_front_cells.assign(count, blankCell());
+  m_console.resize(m_window_horizontal_chars, m_window_vertical_chars, blankCell());
+  m_renderer.startFrame();
 }
 
-void DisplayManager::record(Vector view_pos, char ch, unsigned char r, unsigned char g,
-                            unsigned char b) {
-  // The cell holding the character's top-left corner; the comparisons run on
-  // floats first so positions far off screen never reach an int conversion.
-  const float x = view_pos.getX();
-  const float y = view_pos.getY();
-  if (!(x >= 0 && y >= 0 && x < m_screen_columns && y < m_screen_rows)) return;
-  const std::size_t index =
-      static_cast<std::size_t>(static_cast<int>(y) * m_screen_columns + static_cast<int>(x));
-  m_back_cells[index] = Cell{ch, r, g, b};
-}
-
-std::string DisplayManager::gridText(const std::vector<Cell> &cells) const {
-  std::string text;
-  text.reserve(cells.size() + static_cast<std::size_t>(m_screen_rows));
-  for (int y = 0; y < m_screen_rows; y++) {
-    for (int x = 0; x < m_screen_columns; x++)
-      text += cells[static_cast<std::size_t>(y * m_screen_columns + x)].ch;
-    text += '\n';
-  }
-  return text;
+void DisplayManager::flush() {
+  if (m_p_window && m_renderer.hasUndrawn(m_console)) m_renderer.draw(m_console, *m_p_window);
 }
 
 float charWidth() {

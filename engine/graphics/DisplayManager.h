@@ -4,17 +4,16 @@
 #include <SFML/Graphics/Color.hpp>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "core/Manager.h"
 #include "core/utility.h"
+#include "graphics/Console.h"
+#include "graphics/ConsoleRenderer.h"
 #include "world/Vector.h"
 
 namespace sf {
 class Font;
-class RectangleShape;
 class RenderWindow;
-class Text;
 }  // namespace sf
 
 namespace qv {
@@ -30,27 +29,27 @@ enum Justification : int {
 // background-coloured cell. In headless mode there is no window and every
 // draw returns -1.
 //
-// Besides the pixels, the manager keeps a text view of the screen: one cell
-// (character and colour) per grid cell, so a whole screen can be checked as
-// text. It shows the frame being drawn (the back buffer, since the last
-// swapBuffers); shownText() gives the frame last swapped onto the window.
-// Only characters that really reach the window are recorded, so in headless
-// mode the view stays blank.
+// Characters are recorded in a console (plain data) and drawn from it in
+// batches: when the frame is swapped, and whenever someone takes the window
+// to draw on it or read it, so everything lands in the order it was drawn.
+// The console also gives a text view of the screen: one cell (character and
+// colour) per grid cell, so a whole screen can be checked as text. It shows
+// the frame being drawn (the back buffer, since the last swapBuffers);
+// shownText() gives the frame last swapped onto the window. Only characters
+// that really reach the window are recorded, so in headless mode the view
+// stays blank.
 class DisplayManager : public Manager {
  public:
   // One cell of the text view; blank cells hold ' ' in the background colour.
-  struct Cell {
-    char ch;
-    unsigned char r, g, b;
-  };
+  using Cell = Console::Cell;
 
   static DisplayManager &getInstance();
   ~DisplayManager() override;
 
-  // Opens the window, font, cell rectangle and glyph text from the
-  // configuration; in headless mode only marks the manager started.
+  // Opens the window and font from the configuration and readies the
+  // character drawing; in headless mode only marks the manager started.
   int startUp() override;
-  // Closes and frees the window, text and rectangle; the font stays.
+  // Closes and frees the window; the font stays.
   void shutDown() override;
 
   // Draws one character with its top-left corner at a world position (cells).
@@ -64,7 +63,7 @@ class DisplayManager : public Manager {
 
   // Change the grid (cells across or down): the cell size and all later
   // pixel conversions follow; the glyph size and the window do not. Values
-  // below 1 are refused with a log line.
+  // below 1 or above CELLS_MAX are refused with a log line.
   void setHorizontalChars(int new_horizontal_chars);
   void setVerticalChars(int new_vertical_chars);
 
@@ -73,7 +72,9 @@ class DisplayManager : public Manager {
   int getHorizontalPixels() const;
   int getVerticalPixels() const;
   // The window, or null before startUp, in headless mode and after shutDown.
-  sf::RenderWindow *getWindow() const;
+  // The characters drawn so far are on it first, so what is drawn on it next
+  // lands over them and what is read from it shows them.
+  sf::RenderWindow *getWindow();
 
   // Text view of the back buffer: one line per grid row, each ending in '\n'.
   std::string screenText() const;
@@ -91,25 +92,20 @@ class DisplayManager : public Manager {
   DisplayManager(const DisplayManager &) = delete;
   DisplayManager &operator=(const DisplayManager &) = delete;
 
-  bool makeCellRectangle();
   Cell blankCell() const;
   void resizeScreen();
-  void record(Vector view_pos, char ch, unsigned char r, unsigned char g, unsigned char b);
-  std::string gridText(const std::vector<Cell> &cells) const;
+  // Draws the characters recorded and not drawn yet onto the window.
+  void flush();
 
-  std::unique_ptr<sf::RenderWindow> m_p_window;       // null: no window
-  int m_window_horizontal_pixels;                     // 1024: window width
-  int m_window_vertical_pixels;                       // 768: window height
-  int m_window_horizontal_chars;                      // 80: cells across
-  int m_window_vertical_chars;                        // 24: cells down
-  std::unique_ptr<sf::Font> m_p_font;                 // empty font until startUp
-  std::unique_ptr<sf::RectangleShape> m_p_rectangle;  // null: one cell, background filled
-  sf::Color m_window_background_color;                // opaque black: clear and cell colour
-  std::unique_ptr<sf::Text> m_p_text;                 // null: the one glyph text
-  std::vector<Cell> m_back_cells;                     // text view being drawn
-  std::vector<Cell> m_front_cells;                    // text view last swapped
-  int m_screen_columns;                               // 0: columns of both views
-  int m_screen_rows;                                  // 0: rows of both views
+  std::unique_ptr<sf::RenderWindow> m_p_window;  // null: no window
+  int m_window_horizontal_pixels;                // 1024: window width
+  int m_window_vertical_pixels;                  // 768: window height
+  int m_window_horizontal_chars;                 // 80: cells across
+  int m_window_vertical_chars;                   // 24: cells down
+  std::unique_ptr<sf::Font> m_p_font;            // empty font until startUp
+  sf::Color m_window_background_color;           // opaque black: clear and cell colour
+  Console m_console;                             // the characters of the frame, as data
+  ConsoleRenderer m_renderer;                    // draws them; idle without a window
 };
 
 // Cell size in pixels, from the display manager's current pixel and cell counts.

@@ -168,6 +168,19 @@ int Shape::deserialize(std::stringstream *p_ss) {
   readInt(*p_ss, color);
   p_ss->get(alpha);
   if (checkStream("Shape::deserialize()", *p_ss) != 0) return -1;
+  // readFloat has refused a size that is no number; an unknown figure or
+  // colour, or a negative size, is still none a shape can have.
+  const char *where = "Shape::deserialize()";
+  if (!recordValueInRange(*p_ss, where, "Shape type", type, UNDEFINED, TRIANGLE) ||
+      !recordValueInRange(*p_ss, where, "Color", color, BLACK, CUSTOM))
+    return -1;
+  if (size < 0) {
+    LogManager::getInstance().writeLog(
+        "Shape::deserialize(): Error! Size %g is negative; the record is refused.",
+        static_cast<double>(size));
+    p_ss->setstate(std::ios::failbit);
+    return -1;
+  }
   setType(type);
   setSize(size);
   setColor(static_cast<Color>(color));

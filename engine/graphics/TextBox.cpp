@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "graphics/DisplayManager.h"
 
 namespace qv {
@@ -202,6 +203,18 @@ int TextBox::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
     readFloat(in, height);
     readBool(in, padding);
     readBool(in, word_wrap);
+    // Lines are broken and drawn for every cell of the box: a few screens'
+    // worth at most.
+    const DisplayManager &display = DisplayManager::getInstance();
+    const Vector most(static_cast<float>(TEXT_BOX_GRIDS_MAX * display.getHorizontalChars()),
+                      static_cast<float>(TEXT_BOX_GRIDS_MAX * display.getVerticalChars()));
+    if (in && !(width >= 0 && height >= 0 && width <= most.getX() && height <= most.getY())) {
+      log.writeLog(
+          "TextBox::deserialize(): Error! Size %s out of range (0,0) to %s; the record is "
+          "refused.",
+          Vector(width, height).toString().c_str(), most.toString().c_str());
+      in.setstate(std::ios::failbit);
+    }
     if (in) {
       setSize(Vector(width, height));
       setPadding(padding);

@@ -212,7 +212,7 @@ int ViewObject::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
     readInt(in, location);
     readBool(in, draw_value);
     // All five or none: half an appearance would be misplaced on screen.
-    if (in) {
+    if (in && recordValueInRange(in, "ViewObject::deserialize()", "Color", color, BLACK, CUSTOM)) {
       if (string_read == 0) setViewString(view_string);
       setBorder(border);
       setColor(static_cast<Color>(color));

@@ -35,13 +35,13 @@ enum ViewObjectAttribute : unsigned int {
 // tag equals the view string changes the value.
 class ViewObject : public Object {
  public:
-  // SPECTRAL, altitude 4, at TOP_CENTER, interested in "qv-view".
+  // SPECTRAL, altitude 4, at TOP_CENTER, interested in VIEW_EVENT.
   ViewObject();
   ~ViewObject() override;
 
   // Setting a position directly forgets the location (it becomes -1).
   int setPosition(Vector new_pos) override;
-  // "qv-view" events tagged with the view string set or raise the value.
+  // VIEW_EVENT events tagged with the view string set or raise the value.
   int eventHandler(const Event *p_e) override;
   // The label (and value) centred on the position, with the border around it.
   // 0, or negative when some drawing failed.

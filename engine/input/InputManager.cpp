@@ -1,8 +1,5 @@
 #include "input/InputManager.h"
 
-#include <X11/keysym.h>
-#include <dlfcn.h>
-
 #include <SFML/Graphics/RenderWindow.hpp>
 #include <SFML/Window/Event.hpp>
 #include <array>
@@ -12,6 +9,7 @@
 #include "core/LogManager.h"
 #include "graphics/DisplayManager.h"
 #include "platform/platform.h"
+#include "platform/x11.h"
 
 namespace qv {
 
@@ -146,143 +144,21 @@ const std::array<Keyboard::Key, sf::Keyboard::KeyCount> &engineKeys() {
   return keys;
 }
 
-// The window system's name (keysym) for each key polled for KEY_HELD.
-unsigned long keysymOf(sf::Keyboard::Key key) {
-  if (key >= sf::Keyboard::A && key <= sf::Keyboard::Z) return XK_a + (key - sf::Keyboard::A);
-  if (key >= sf::Keyboard::Num0 && key <= sf::Keyboard::Num9)
-    return XK_0 + (key - sf::Keyboard::Num0);
-  if (key >= sf::Keyboard::F1 && key <= sf::Keyboard::F15) return XK_F1 + (key - sf::Keyboard::F1);
-  switch (key) {
-    case sf::Keyboard::Up:
-      return XK_Up;
-    case sf::Keyboard::Down:
-      return XK_Down;
-    case sf::Keyboard::Left:
-      return XK_Left;
-    case sf::Keyboard::Right:
-      return XK_Right;
-    case sf::Keyboard::Space:
-      return XK_space;
-    case sf::Keyboard::Enter:
-      return XK_Return;
-    case sf::Keyboard::Tab:
-      return XK_Tab;
-    case sf::Keyboard::Escape:
-      return XK_Escape;
-    case sf::Keyboard::Pause:
-      return XK_Pause;
-    case sf::Keyboard::Subtract:
-      return XK_KP_Subtract;
-    case sf::Keyboard::Add:
-      return XK_KP_Add;
-    case sf::Keyboard::Tilde:
-      return XK_grave;
-    case sf::Keyboard::Period:
-      return XK_period;
-    case sf::Keyboard::Comma:
-      return XK_comma;
-    case sf::Keyboard::Slash:
-      return XK_slash;
-    case sf::Keyboard::Equal:
-      return XK_equal;
-    case sf::Keyboard::Backslash:
-      return XK_backslash;
-    case sf::Keyboard::Multiply:
-      return XK_KP_Multiply;
-    case sf::Keyboard::Quote:
-      return XK_apostrophe;
-    case sf::Keyboard::LBracket:
-      return XK_bracketleft;
-    case sf::Keyboard::RBracket:
-      return XK_bracketright;
-    case sf::Keyboard::Semicolon:
-      return XK_semicolon;
-    case sf::Keyboard::LControl:
-      return XK_Control_L;
-    case sf::Keyboard::RControl:
-      return XK_Control_R;
-    case sf::Keyboard::LShift:
-      return XK_Shift_L;
-    case sf::Keyboard::RShift:
-      return XK_Shift_R;
-    case sf::Keyboard::Backspace:
-      return XK_BackSpace;
-    default:
-      return 0;
-  }
-}
-
-// The state of the whole keyboard, read from the X server once a frame.
-// Asking the window library key by key costs one round trip to the server
-// per key, some 70 a frame; one snapshot answers them all. The X library is
-// reached at run time (the window library has loaded it), so nothing here
-// is needed where there is no X server: the snapshot is then simply not
-// open and keys are asked one by one.
-class KeymapSnapshot {
- public:
-  ~KeymapSnapshot() { close(); }
-
-  bool open() {
-    if (m_p_display) return true;
-    if (m_unavailable) return false;
-    m_unavailable = true;  // until the connection below is made
-    m_open_display = reinterpret_cast<void *(*)(const char *)>(dlsym(RTLD_DEFAULT, "XOpenDisplay"));
-    m_close_display = reinterpret_cast<int (*)(void *)>(dlsym(RTLD_DEFAULT, "XCloseDisplay"));
-    m_query_keymap = reinterpret_cast<int (*)(void *, char *)>(dlsym(RTLD_DEFAULT, "XQueryKeymap"));
-    m_keysym_to_keycode = reinterpret_cast<unsigned char (*)(void *, unsigned long)>(
-        dlsym(RTLD_DEFAULT, "XKeysymToKeycode"));
-    if (!m_open_display || !m_close_display || !m_query_keymap || !m_keysym_to_keycode)
-      return false;
-    m_p_display = m_open_display(nullptr);
-    m_unavailable = m_p_display == nullptr;
-    return !m_unavailable;
-  }
-
-  void close() {
-    if (m_p_display) m_close_display(m_p_display);
-    m_p_display = nullptr;
-    m_valid = false;
-  }
-
-  // Takes a new picture of the keyboard; false when there is none to take.
-  bool refresh() {
-    m_valid = open() && m_query_keymap(m_p_display, m_keys.data()) != 0;
-    return m_valid;
-  }
-
-  bool isValid() const { return m_valid; }
-
-  bool isDown(sf::Keyboard::Key key) const {
-    const unsigned long keysym = keysymOf(key);
-    if (!m_valid || !keysym) return false;
-    const unsigned char keycode = m_keysym_to_keycode(m_p_display, keysym);
-    return keycode != 0 && (m_keys[keycode / 8] & (1 << (keycode % 8))) != 0;
-  }
-
- private:
-  void *m_p_display = nullptr;                                            // own server connection
-  void *(*m_open_display)(const char *) = nullptr;                        // XOpenDisplay
-  int (*m_close_display)(void *) = nullptr;                               // XCloseDisplay
-  int (*m_query_keymap)(void *, char *) = nullptr;                        // XQueryKeymap
-  unsigned char (*m_keysym_to_keycode)(void *, unsigned long) = nullptr;  // XKeysymToKeycode
-  std::array<char, 32> m_keys{};                                          // one bit per key code
-  bool m_valid = false;                                                   // m_keys holds a picture
-  bool m_unavailable = false;  // no X library or server: not asked again
-};
-
-KeymapSnapshot &keymap() {
-  static KeymapSnapshot snapshot;
-  return snapshot;
+// Held keys come from one picture of the keyboard per frame.
+platform::KeyboardPicture &keyboardPicture() {
+  static platform::KeyboardPicture picture;
+  return picture;
 }
 
 }  // namespace
 
 bool refreshKeyboardState() {
-  return keymap().refresh();
+  return keyboardPicture().refresh();
 }
 
 bool isKeyDown(sf::Keyboard::Key key) {
-  return keymap().isValid() ? keymap().isDown(key) : sf::Keyboard::isKeyPressed(key);
+  const platform::KeyboardPicture &picture = keyboardPicture();
+  return picture.isValid() ? picture.isDown(key) : sf::Keyboard::isKeyPressed(key);
 }
 
 Keyboard::Key toEngineKey(sf::Keyboard::Key sfml_key) {
@@ -316,11 +192,7 @@ InputManager &InputManager::getInstance() {
 
 int InputManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   if (Config::getInstance().getHeadless()) {
     log.writeLog(1, "InputManager::startUp(): no input in headless mode.");
   } else {
@@ -349,7 +221,7 @@ void InputManager::shutDown() {
     p_window->setKeyRepeatEnabled(true);
     log.writeLog(2, "InputManager::shutDown(): Keyboard repeat enabled.");
   }
-  keymap().close();
+  keyboardPicture().close();
   Manager::shutDown();
   log.writeLog(5, "InputManager::shutDown(): successfully stopped.");
 }

@@ -17,7 +17,7 @@ class Event;
 namespace qv {
 
 // Once a frame turns the window's input into keyboard and mouse events for
-// the objects interested in "qv-keyboard" and "qv-mouse"; closing the window
+// the objects interested in KEYBOARD_EVENT and MOUSE_EVENT; closing the window
 // ends the game. Key repeat is off while it runs, so a held key gives one
 // KEY_PRESSED and then KEY_HELD every frame instead of repeated presses.
 class InputManager : public Manager {
@@ -28,7 +28,7 @@ class InputManager : public Manager {
   int startUp() override;
   void shutDown() override;
 
-  // Only "qv-keyboard" and "qv-mouse" are delivered by the input manager.
+  // Only KEYBOARD_EVENT and MOUSE_EVENT are delivered by the input manager.
   bool isValid(std::string event_type) const override;
 
   // Reads and delivers this frame's input: the window's queued events in

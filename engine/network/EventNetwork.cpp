@@ -4,6 +4,17 @@
 
 namespace qv {
 
+bool isNetworkEvent(const std::string &event_type) {
+  static const char *const GAME_TYPES[] = {
+      "qv-keyboard-network", "qv-mouse-network",     "qv-network-create", "qv-custom-network",
+      "qv-network-delete",   "qv-network-game-over", "qv-network-sync",
+  };
+  if (event_type == NETWORK_EVENT) return true;
+  for (const char *p_type : GAME_TYPES)
+    if (event_type == p_type) return true;
+  return false;
+}
+
 EventNetwork::EventNetwork(int label)
     : m_label(NETWORK_UNDEFINED), m_socket_index(-1), m_bytes(0), m_p_message(nullptr) {
   setType(NETWORK_EVENT);

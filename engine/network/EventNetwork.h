@@ -7,6 +7,11 @@ namespace qv {
 
 const std::string NETWORK_EVENT = "qv-network";
 
+// Is this one of the types the network manager serves: NETWORK_EVENT and the
+// seven that copies of a game send each other (keyboard, mouse, object
+// creation and deletion, custom data, game over, synchronisation)?
+bool isNetworkEvent(const std::string &event_type);
+
 // What happened on a connection. The network manager sends ACCEPT when a
 // server takes a new connection, CONNECT when this copy connects to a
 // server, DATA when NetworkManager::poll finds bytes waiting, and CLOSE

@@ -13,22 +13,29 @@ namespace qv {
 
 namespace {
 
-const char *const NETWORK_TYPES[] = {
-    "qv-network",        "qv-keyboard-network", "qv-mouse-network",     "qv-network-create",
-    "qv-custom-network", "qv-network-delete",   "qv-network-game-over", "qv-network-sync",
-};
-
 const int READ_CHUNK = 4096;  // bytes taken from a socket per read
 const int LENGTH_BYTES = 4;   // size of a message's length prefix
 
-std::uint32_t readLength(const std::string &inbox) {
+std::uint32_t readLength(const char *p_bytes) {
   std::uint32_t length = 0;
   for (int i = LENGTH_BYTES - 1; i >= 0; i--)
-    length = (length << 8) | static_cast<unsigned char>(inbox[i]);
+    length = (length << 8) | static_cast<unsigned char>(p_bytes[i]);
   return length;
 }
 
 }  // namespace
+
+void NetworkManager::Inbox::take(std::size_t count) {
+  start += std::min(count, size());
+  // Each byte is moved at most once per time the taken part doubles past it.
+  if (start == bytes.size()) {
+    bytes.clear();
+    start = 0;
+  } else if (start > bytes.size() / 2) {
+    bytes.erase(0, start);
+    start = 0;
+  }
+}
 
 NetworkManager::NetworkManager() : m_server(-1), m_max_connections(DEFAULT_MAX_CONNECTIONS) {
   setType("NetworkManager");
@@ -41,11 +48,7 @@ NetworkManager &NetworkManager::getInstance() {
 
 int NetworkManager::startUp() {
   LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   // BSD sockets need no library start-up, so nothing here can fail.
   Manager::startUp();
   log.writeLog(5, "NetworkManager::startUp(): successfully started.");
@@ -60,8 +63,7 @@ void NetworkManager::shutDown() {
 }
 
 bool NetworkManager::isValid(std::string event_type) const {
-  for (const char *p_type : NETWORK_TYPES)
-    if (event_type == p_type) return true;
+  if (isNetworkEvent(event_type)) return true;
   LogManager::getInstance().writeLog(
       "NetworkManager::isValid(): Error! NetworkManager does not handle %s.", event_type.c_str());
   return false;
@@ -263,7 +265,7 @@ int NetworkManager::sendDue() {
     // arrive in the order they were queued.
     while (!m_sock[i].queue.empty() && m_sock[i].queue.front().frame <= step) {
       std::vector<char> bytes = std::move(m_sock[i].queue.front().bytes);
-      m_sock[i].queue.erase(m_sock[i].queue.begin());
+      m_sock[i].queue.pop_front();
       total += send(bytes.data(), static_cast<int>(bytes.size()), static_cast<int>(i));
       // A broken peer closes the connection inside send: the next one
       // now sits at this index.
@@ -285,11 +287,11 @@ int NetworkManager::receive(void *buffer, int length, int sock, bool peek) {
     return -1;
   }
   if (length <= 0 || !buffer) return 0;
-  std::string &inbox = m_sock[sock].inbox;
-  if (!inbox.empty()) {
-    int taken = std::min(length, static_cast<int>(inbox.size()));
-    std::memcpy(buffer, inbox.data(), taken);
-    if (!peek) inbox.erase(0, taken);
+  Inbox &inbox = m_sock[sock].inbox;
+  if (inbox.size() > 0) {
+    int taken = static_cast<int>(std::min(static_cast<std::size_t>(length), inbox.size()));
+    std::memcpy(buffer, inbox.data(), static_cast<std::size_t>(taken));
+    if (!peek) inbox.take(static_cast<std::size_t>(taken));
     return taken;
   }
   long got = platform::socketReceive(m_sock[sock].handle, buffer, length, peek);
@@ -369,7 +371,7 @@ int NetworkManager::receiveMessage(std::string *p_message, int sock) {
   while (m_sock[sock].inbox.size() < static_cast<std::size_t>(LENGTH_BYTES + MAX_MESSAGE_SIZE)) {
     long got = platform::socketReceive(m_sock[sock].handle, chunk, READ_CHUNK, false);
     if (got > 0) {
-      m_sock[sock].inbox.append(chunk, got);
+      m_sock[sock].inbox.bytes.append(chunk, static_cast<std::size_t>(got));
       continue;
     }
     if (got == -1) {
@@ -383,9 +385,9 @@ int NetworkManager::receiveMessage(std::string *p_message, int sock) {
     peer_gone = true;
     break;
   }
-  std::string &inbox = m_sock[sock].inbox;
+  Inbox &inbox = m_sock[sock].inbox;
   if (inbox.size() >= static_cast<std::size_t>(LENGTH_BYTES)) {
-    std::uint32_t length = readLength(inbox);
+    std::uint32_t length = readLength(inbox.data());
     if (length > static_cast<std::uint32_t>(MAX_MESSAGE_SIZE)) {
       log.writeLog(
           "NetworkManager::receiveMessage(): Error! Message of %u bytes on socket %d is over "
@@ -395,8 +397,8 @@ int NetworkManager::receiveMessage(std::string *p_message, int sock) {
       return -1;
     }
     if (inbox.size() >= LENGTH_BYTES + length) {
-      p_message->assign(inbox, LENGTH_BYTES, length);
-      inbox.erase(0, LENGTH_BYTES + length);
+      p_message->assign(inbox.data() + LENGTH_BYTES, length);
+      inbox.take(LENGTH_BYTES + length);
       return 1;
     }
   }

@@ -1,6 +1,7 @@
 #ifndef QV_NETWORK_MANAGER_H
 #define QV_NETWORK_MANAGER_H
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,7 @@ const int MAX_MESSAGE_SIZE = 16 * 1024 * 1024;
 
 // Holds the game's TCP connections. A connection is named by its index in
 // the connection list; closing one renumbers the later ones. Interested
-// objects hear about connections through EventNetwork ("qv-network").
+// objects hear about connections through EventNetwork (NETWORK_EVENT).
 // All sockets are non-blocking: nothing here ever waits, except connect.
 class NetworkManager : public Manager {
  public:
@@ -88,10 +89,21 @@ class NetworkManager : public Manager {
     std::vector<char> bytes;  // owned copy, released once sent
     int frame;                // step count from which it may go out
   };
+  // Bytes read from a socket and not yet taken. Taking moves the start; the
+  // taken part is dropped once it outweighs the rest, so draining costs
+  // time in proportion to the bytes received, whatever the messages' sizes.
+  struct Inbox {
+    std::string bytes;      // from start on: not yet taken
+    std::size_t start = 0;  // first byte not yet taken
+
+    std::size_t size() const { return bytes.size() - start; }
+    const char *data() const { return bytes.data() + start; }
+    void take(std::size_t count);
+  };
   struct Connection {
-    int handle;                   // the socket
-    std::vector<Outgoing> queue;  // waiting messages, oldest first
-    std::string inbox;            // bytes read by receiveMessage, not yet taken
+    int handle;                  // the socket
+    std::deque<Outgoing> queue;  // waiting messages, oldest first
+    Inbox inbox;                 // bytes read by receiveMessage, not yet taken
   };
 
   bool validIndex(int sock) const;

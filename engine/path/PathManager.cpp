@@ -27,11 +27,7 @@ PathManager &PathManager::getInstance() {
 
 int PathManager::startUp() {
   const LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   m_min_cycle_time = GameManager::getInstance().getFrameTime() / 10;
   Manager::startUp();
   log.writeLog(5, "PathManager::startUp(): successfully started.");

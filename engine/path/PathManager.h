@@ -12,8 +12,8 @@ class Object;
 class PathFind;
 
 // Steps every running path search, round-robin, in the time left at the end
-// of each frame, and delivers each result to its object as a "qv-path"
-// event. The manager lists searches but never owns them: their objects do.
+// of each frame, and delivers each result to its object as a PATH_EVENT.
+// The manager lists searches but never owns them: their objects do.
 class PathManager : public Manager {
  public:
   static PathManager &getInstance();

@@ -3,14 +3,20 @@
 #include <utility>
 
 #include "core/LogManager.h"
+#include "platform/audio.h"
+#include "resources/Sound.h"
 
 namespace qv {
 
 Music::Music() : m_label("[Undefined]") {
 }
 
+Music::~Music() = default;
+
 int Music::loadMusic(std::string filename) {
-  return m_music.openFromFile(filename) ? 0 : -1;
+  if (!platform::audioOutputAvailable()) return isSoundFile(filename) ? 0 : -1;
+  if (!m_p_music) m_p_music = std::make_unique<sf::Music>();
+  return m_p_music->openFromFile(filename) ? 0 : -1;
 }
 
 void Music::setLabel(std::string new_label) {
@@ -23,17 +29,18 @@ std::string Music::getLabel() const {
 
 void Music::play(bool loop) {
   LogManager::getInstance().writeLog(5, "Music::play(): Playing music.");
-  m_music.play();
-  m_music.setLoop(loop);
+  if (!m_p_music) return;
+  m_p_music->play();
+  m_p_music->setLoop(loop);
 }
 
 void Music::stop() {
   LogManager::getInstance().writeLog(5, "Music::stop(): Stopping music.");
-  m_music.stop();
+  if (m_p_music) m_p_music->stop();
 }
 
 sf::Music *Music::getMusic() {
-  return &m_music;
+  return m_p_music.get();
 }
 
 }  // namespace qv

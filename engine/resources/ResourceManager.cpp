@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
+#include <tuple>
 
 #include "core/LogManager.h"
+#include "core/bounds.h"
 #include "core/utility.h"
+#include "platform/audio.h"
 
 namespace qv {
 
@@ -15,27 +18,12 @@ namespace {
 // point. Reset by loadSprite for each file.
 int s_line_number = 0;
 
-// Colour names as sprite files spell them (exact, lower case), by Color value.
-const char *const COLOR_NAMES[] = {"black", "red",     "green", "yellow",
-                                   "blue",  "magenta", "cyan",  "white"};
-
 // A number as sprite files write it: leading blanks, an optional sign, then
 // digits; reading stops at the first other character and a text without
 // leading digits reads as 0. Out-of-range values are clamped to int.
 int readNumber(const std::string &text) {
   const long value = std::strtol(text.c_str(), nullptr, 10);
   return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
-}
-
-// The Color for a file's colour name; false for anything else.
-bool colorFromName(const std::string &name, Color &color) {
-  for (int c = BLACK; c <= WHITE; c++) {
-    if (name == COLOR_NAMES[c]) {
-      color = static_cast<Color>(c);
-      return true;
-    }
-  }
-  return false;
 }
 
 bool startsWith(const std::string &line, const std::string &key) {
@@ -51,17 +39,21 @@ T matchLine(std::vector<std::string> &lines, const char *key, T none, const char
             Parse parse) {
   const std::string k(key);
   T value = none;
-  for (auto it = lines.begin(); it != lines.end();) {
-    if (!startsWith(*it, k)) {
-      ++it;
+  // The unmatched lines are moved down in one pass: a header of many
+  // matching lines costs no more than its length.
+  std::size_t kept = 0;
+  for (std::string &line : lines) {
+    if (!startsWith(line, k)) {
+      if (&lines[kept] != &line) lines[kept] = std::move(line);
+      kept++;
       continue;
     }
     if (value != none)
       LogManager::getInstance().writeLog(1, "%s: Warning! '%s' matches multiple lines.", caller,
-                                         it->c_str());
-    value = it->size() > k.size() ? T(parse(it->substr(k.size() + 1))) : none;
-    it = lines.erase(it);
+                                         line.c_str());
+    value = line.size() > k.size() ? T(parse(line.substr(k.size() + 1))) : none;
   }
+  lines.resize(kept);
   return value;
 }
 
@@ -118,14 +110,14 @@ ResourceManager &ResourceManager::getInstance() {
 }
 
 int ResourceManager::startUp() {
-  if (isStarted()) {
-    LogManager::getInstance().writeLog("%s::startup(): Warning! %s already started.",
-                                       getType().c_str(), getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   m_sprite_count = 0;
   m_sound_count = 0;
   m_music_count = 0;
+  // Asked here, before anything that plays is made, so that without a device
+  // the log says so once instead of the audio library at every load.
+  if (!platform::audioOutputAvailable())
+    LogManager::getInstance().writeLog("RM::startUp(): Note! No audio device: sound is off.");
   Manager::startUp();
   LogManager::getInstance().writeLog(5, "RM::startUp(): successfully started.");
   return 0;
@@ -249,6 +241,17 @@ Sprite *ResourceManager::loadSimpleSprite(std::ifstream &file) {
       log.writeLog(INVALID[i], s_line_number, line.c_str());
       return nullptr;
     }
+    static const int MOST[] = {SPRITE_FRAMES_MAX, SPRITE_SIDE_MAX, SPRITE_SIDE_MAX,
+                               SPRITE_SLOWDOWN_MAX};
+    if (number[i] > MOST[i]) {
+      if (i == 0)
+        log.writeLog("RM::loadSimpleSprite(): Error line %d! Number of frames is %d.",
+                     s_line_number, number[i]);
+      else
+        log.writeLog(INVALID[i], s_line_number, line.c_str());
+      log.writeLog("\tAt most %d.", MOST[i]);
+      return nullptr;
+    }
   }
   const int frames = number[0], width = number[1], height = number[2], slowdown = number[3];
   log.writeLog(5, "\t      Frames: %d", frames);
@@ -362,6 +365,17 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
     log.writeLog(5, "RM::loadRobustSprite(): Note! No '%s' in header.", "slowdown");
     slowdown = 0;
   }
+  const std::tuple<const char *, int, int> bounded[] = {
+      {"frames", frames, SPRITE_FRAMES_MAX},
+      {"width", width, SPRITE_SIDE_MAX},
+      {"height", height, SPRITE_SIDE_MAX},
+      {"slowdown", slowdown, SPRITE_SLOWDOWN_MAX}};
+  for (const auto &[key, value, most] : bounded) {
+    if (value > most) {
+      log.writeLog("RM::loadRobustSprite(): Error! '%s' is %d, at most %d.", key, value, most);
+      return nullptr;
+    }
+  }
 
   if (!header.empty()) {
     log.writeLog(1, "RM::loadRobustSprite(): Warning! Unused HEADER lines:");
@@ -408,8 +422,9 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
   p_sprite->setColor(color);
   log.writeLog(5, "\t       Color: %s", colorToString(color).c_str());
 
+  std::size_t at = 0;  // the body's first line not yet read
   for (int i = 0; i < frames; i++) {
-    Frame frame = readFrame(body, width, height, body_base + 2 + i * height);
+    Frame frame = readFrameAt(body, at, width, height, body_base + 2 + i * height);
     if (frame.isEmpty()) {
       log.writeLog("RM::loadRobustSprite(): Error! No frame data to add.");
       return nullptr;
@@ -420,10 +435,10 @@ Sprite *ResourceManager::loadRobustSprite(std::ifstream &file) {
       return nullptr;
     }
   }
-  if (!body.empty()) {
+  if (at < body.size()) {
     log.writeLog("RM::loadRobustSprite(): Error! Extra BODY:");
-    for (const std::string &line : body) {
-      log.writeLog("\tLine %d: %s", s_line_number, line.c_str());
+    for (; at < body.size(); at++) {
+      log.writeLog("\tLine %d: %s", s_line_number, body[at].c_str());
       s_line_number++;
     }
     return nullptr;
@@ -562,44 +577,45 @@ std::string matchLineStr(std::vector<std::string> &lines, const char *key) {
 }
 
 Frame readFrame(std::vector<std::string> &lines, int width, int height, int line_number) {
+  std::size_t at = 0;
+  Frame frame = readFrameAt(lines, at, width, height, line_number);
+  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(at));
+  return frame;
+}
+
+Frame readFrameAt(const std::vector<std::string> &lines, std::size_t &at, int width, int height,
+                  int line_number) {
   LogManager &log = LogManager::getInstance();
   int n = line_number;
-  std::size_t taken = 0;
   std::string picture;
-  // Rows taken come off the list whether or not the frame completes.
-  auto fail = [&]() {
-    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken));
-    return Frame();
-  };
-
+  // Rows read count as taken whether or not the frame completes.
   for (int row = 0; row < height; row++) {
-    if (taken == lines.size()) {
+    if (at == lines.size()) {
       log.writeLog("\tError! Line %d: No more frame data before 'end'.", n + 1);
-      return fail();
+      return Frame();
     }
-    const std::string &line = lines[taken];
+    const std::string &line = lines[at];
     n++;
     log.writeLog(20, "\tLine %2d: '%s'", n, line.c_str());
     if (line.size() != static_cast<std::size_t>(width)) {
       log.writeLog("\tError! Line %d: Line length is %d (frame width is %d).", n,
                    static_cast<int>(line.size()), width);
       log.writeLog("\tLine %d: '%s'", n, line.c_str());
-      return fail();
+      return Frame();
     }
     picture += line;
-    taken++;
+    at++;
   }
-  if (taken == lines.size()) {
+  if (at == lines.size()) {
     log.writeLog("\tError! Line %d: No more frame data before 'end'.", n + 1);
-    return fail();
+    return Frame();
   }
-  if (lines[taken] != "end") {
+  if (lines[at] != "end") {
     log.writeLog("\tError! Line %d: Expected '%s'.", n + 1, "end");
-    log.writeLog("\tLine %d: '%s'", n + 1, lines[taken].c_str());
-    return fail();
+    log.writeLog("\tLine %d: '%s'", n + 1, lines[at].c_str());
+    return Frame();
   }
-  taken++;
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken));
+  at++;
   return Frame(width, height, std::move(picture));
 }
 

@@ -22,7 +22,9 @@ const int MAX_MUSICS = 50;
 // Loads every asset once and hands out pointers by label: sprites from text
 // files (a simple and a sectioned format), sound effects and music from audio
 // files. A broken sprite file is reported with line numbers and the offending
-// text and is not loaded at all. Pointers stay valid until shutDown.
+// text and is not loaded at all. Pointers stay valid until shutDown. Where
+// no audio device opens, start-up logs it once and sounds and music load and
+// resolve by label but play silently.
 class ResourceManager : public Manager {
  public:
   static ResourceManager &getInstance();
@@ -83,6 +85,10 @@ std::string matchLineStr(std::vector<std::string> &lines, const char *key);
 // Takes height rows of width characters and an "end" line off the front of
 // lines; an empty frame after logging why. line_number places the messages.
 Frame readFrame(std::vector<std::string> &lines, int width, int height, int line_number);
+// As readFrame, reading from lines[at] on without removing anything: at
+// moves past the rows taken (and the "end" line of a complete frame).
+Frame readFrameAt(const std::vector<std::string> &lines, std::size_t &at, int width, int height,
+                  int line_number);
 
 }  // namespace qv
 

@@ -1,10 +1,12 @@
 #include "resources/Sound.h"
 
+#include <SFML/Audio/InputSoundFile.hpp>
 #include <SFML/Audio/Sound.hpp>
 #include <new>
 #include <utility>
 
 #include "core/LogManager.h"
+#include "platform/audio.h"
 
 namespace qv {
 
@@ -17,9 +19,11 @@ Sound::~Sound() {
 }
 
 int Sound::loadSound(std::string filename) {
-  if (!m_sound_buffer.loadFromFile(filename)) return -1;
+  if (!platform::audioOutputAvailable()) return isSoundFile(filename) ? 0 : -1;
+  if (!m_p_sound_buffer) m_p_sound_buffer = std::make_unique<sf::SoundBuffer>();
+  if (!m_p_sound_buffer->loadFromFile(filename)) return -1;
   if (!m_p_sound) {
-    m_p_sound.reset(new (std::nothrow) sf::Sound(m_sound_buffer));
+    m_p_sound.reset(new (std::nothrow) sf::Sound(*m_p_sound_buffer));
     if (!m_p_sound) {
       LogManager::getInstance().writeLog("Sound::loadSound(): Error! Cannot allocate m_p_sound.");
       return -1;
@@ -27,7 +31,7 @@ int Sound::loadSound(std::string filename) {
   } else {
     // Attached again explicitly so the voice plays the new samples whatever
     // the audio library does with voices on a reload.
-    m_p_sound->setBuffer(m_sound_buffer);
+    m_p_sound->setBuffer(*m_p_sound_buffer);
   }
   return 0;
 }
@@ -53,6 +57,11 @@ void Sound::stop() {
 
 sf::Sound *Sound::getSound() const {
   return m_p_sound.get();
+}
+
+bool isSoundFile(const std::string &filename) {
+  sf::InputSoundFile file;
+  return file.openFromFile(filename);
 }
 
 }  // namespace qv

@@ -12,6 +12,8 @@ class Sound;
 namespace qv {
 
 // A labelled sound effect, decoded into memory once and played from there.
+// Without an audio device (platform::audioOutputAvailable) it stays silent:
+// loads only check the file, so labels still resolve, and nothing plays.
 class Sound {
  public:
   Sound();
@@ -23,21 +25,28 @@ class Sound {
   void setLabel(std::string new_label);
   std::string getLabel() const;
 
-  // Without a voice (nothing loaded yet) only the log line is written.
+  // Without a voice (nothing loaded yet, or no sound) only the log line is
+  // written.
   void play(bool loop = false);
   void stop();
 
-  // The voice, or null before the first successful load.
+  // The voice, or null before the first successful load and without sound.
   sf::Sound *getSound() const;
 
  private:
   Sound(const Sound &) = delete;
   Sound &operator=(const Sound &) = delete;
 
-  std::unique_ptr<sf::Sound> m_p_sound;  // null: the voice, made on first load
-  sf::SoundBuffer m_sound_buffer;        // empty: the decoded samples
-  std::string m_label;                   // "[Undefined]": name for lookups
+  // Both are made on the first load: each asks the audio library for the
+  // output device, which must not happen where there is none.
+  std::unique_ptr<sf::SoundBuffer> m_p_sound_buffer;  // null: the decoded samples
+  std::unique_ptr<sf::Sound> m_p_sound;               // null: the voice, made on first load
+  std::string m_label;                                // "[Undefined]": name for lookups
 };
+
+// Whether the file opens as sound data the audio module can decode (only its
+// header is read); what a silent load checks instead of decoding.
+bool isSoundFile(const std::string &filename);
 
 }  // namespace qv
 

@@ -1,8 +1,8 @@
 #include "world/Object.h"
 
+#include <climits>
 #include <cstdint>
 #include <istream>
-#include <limits>
 #include <ostream>
 #include <sstream>
 #include <vector>
@@ -10,7 +10,11 @@
 #include "core/EventStep.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
+#include "core/bounds.h"
+#include "input/EventKeyboard.h"
+#include "input/EventMouse.h"
 #include "input/InputManager.h"
+#include "network/EventNetwork.h"
 #include "network/NetworkManager.h"
 #include "path/EventPath.h"
 #include "path/PathFind.h"
@@ -25,18 +29,12 @@ namespace {
 
 int next_id = 1;  // ids are never reused, even after deletion
 
-const char *const NETWORK_EVENTS[] = {
-    "qv-network",        "qv-keyboard-network", "qv-mouse-network",     "qv-network-create",
-    "qv-custom-network", "qv-network-delete",   "qv-network-game-over", "qv-network-sync",
-};
-
 // The manager that serves an event type; registering and withdrawing must
 // agree on it.
 Manager &servingManager(const std::string &event_type) {
-  if (event_type == "qv-keyboard" || event_type == "qv-mouse") return InputManager::getInstance();
+  if (event_type == KEYBOARD_EVENT || event_type == MOUSE_EVENT) return InputManager::getInstance();
   if (event_type == STEP_EVENT) return GameManager::getInstance();
-  for (const char *name : NETWORK_EVENTS)
-    if (event_type == name) return NetworkManager::getInstance();
+  if (isNetworkEvent(event_type)) return NetworkManager::getInstance();
   return WorldManager::getInstance();
 }
 
@@ -423,82 +421,300 @@ bool readVector(std::istream &in, Vector &v) {
   return true;
 }
 
-// The level-25 line naming an attribute and its value, shared by writing
-// and reading so both logs read alike.
-void traceAttribute(const Object &o, unsigned int bit) {
-  LogManager &log = LogManager::getInstance();
-  switch (bit) {
-    case ID:
-      log.writeLog(25, "\tID: %d", o.getId());
-      break;
-    case ACTIVE:
-      log.writeLog(25, "\tACTIVE: %s", boolToString(o.isActive()).c_str());
-      break;
-    case VISIBLE:
-      log.writeLog(25, "\tVISIBLE: %s", boolToString(o.isVisible()).c_str());
-      break;
-    case EVENTS:
-      log.writeLog(25, "\tEVENTS: %d", o.getEventCount());
-      for (int i = 0; i < o.getEventCount(); i++)
-        log.writeLog(25, "\t\t%s (size %d)", o.getEvent(i).c_str(),
-                     static_cast<int>(o.getEvent(i).size()));
-      break;
-    case BOX:
-      log.writeLog(25, "\tBOX: %s", o.getBox().toString().c_str());
-      break;
-    case POSITION:
-      log.writeLog(25, "\tPOSITION: %s", o.getPosition().toString().c_str());
-      break;
-    case TYPE:
-      log.writeLog(25, "\tTYPE: %s", o.getType().c_str());
-      break;
-    case ANIMATION:
-      log.writeLog(25, "\tANIMATION: %s", o.getAnimation().toString().c_str());
-      break;
-    case ALTITUDE:
-      log.writeLog(25, "\tALTITUDE: %d", o.getAltitude());
-      break;
-    case SOLIDNESS:
-      log.writeLog(25, "\tSOLIDNESS: %s", solidnessToString(o.getSolidness()).c_str());
-      break;
-    case NO_SOFT:
-      log.writeLog(25, "\tNO_SOFT: %s", boolToString(o.getNoSoft()).c_str());
-      break;
-    case DIRECTION:
-      log.writeLog(25, "\tDIRECTION: %s", o.getDirection().toString().c_str());
-      break;
-    case SPEED:
-      log.writeLog(25, "\tSPEED: %f", o.getSpeed());
-      break;
-    case ACCELERATION:
-      log.writeLog(25, "\tACCELERATION: %s", o.getAcceleration().toString().c_str());
-      break;
-    case SHAPE:
-      log.writeLog(25, "\tSHAPE: %s", o.getShape().toString().c_str());
-      break;
-    case FOLLOW_PATH:
-      log.writeLog(25, "\tFOLLOW_PATH: %s", boolToString(o.getFollowPath()).c_str());
-      break;
-    case PATH:
-      log.writeLog(25, "\tPATH: %s", o.getPath().toString().c_str());
-      break;
-    case AVOID_COLLISIONS:
-      log.writeLog(25, "\tAVOID_COLLISIONS: %s", boolToString(o.getAvoidCollisions()).c_str());
-      break;
-    default:
-      break;
-  }
+void logAllocationFailure(std::uint64_t length) {
+  LogManager::getInstance().writeLog("Object::deserialize(): Error! Cannot allocate %d bytes.",
+                                     static_cast<int>(length));
 }
 
-// Record order. DIRECTION goes before SPEED, and FOLLOW_PATH before PATH, so
-// that the reader turns toward the waypoint of the path it already holds.
-const ObjectAttribute RECORD_ORDER[] = {
-    ID,    ACTIVE,       VISIBLE,  EVENTS,      BOX,     POSITION,
-    TYPE,  ANIMATION,    ALTITUDE, SOLIDNESS,   NO_SOFT, DIRECTION,
-    SPEED, ACCELERATION, SHAPE,    FOLLOW_PATH, PATH,    AVOID_COLLISIONS,
+}  // namespace
+
+// One attribute of the record: its bit, its name in log lines, how its fields
+// are written, how they are read and applied, and how its value reads in the
+// log. The table of all of them (Attribute::all) is the record: the writer,
+// the reader and the log lines follow it row by row. The rows reach the
+// object's fields directly; reading applies each value through the setters
+// so that the world's indexes follow.
+struct Object::Attribute {
+  // What reading one record carries from one attribute to the next.
+  struct Reading {
+    bool trace = false;    // level-25 lines for each attribute
+    bool got_box = false;  // the record held a box, which outranks the
+    Box received_box;      // one an animation brings with it
+  };
+
+  ObjectAttribute bit;
+  const char *name;
+  void (*write)(const Object &o, std::stringstream &out);
+  // Reads the fields and applies them once all have arrived, so a short
+  // record changes nothing with half a value. false refuses the whole record.
+  bool (*read)(Object &o, std::stringstream &in, Reading &reading);
+  // The value as the log shows it after the name.
+  std::string (*show)(const Object &o);
+  // Further lines below the attribute's own, or null.
+  void (*details)(const Object &o);
+
+  // The level-25 line naming the attribute and its value; writing and
+  // reading log alike.
+  void trace(const Object &o) const {
+    LogManager::getInstance().writeLog(25, "\t%s: %s", name, show(o).c_str());
+    if (details) details(o);
+  }
+
+  // Every attribute, in record order. DIRECTION goes before SPEED, and
+  // FOLLOW_PATH before PATH, so that the reader turns toward the waypoint of
+  // the path it already holds.
+  static const std::vector<Attribute> &all();
 };
 
-}  // namespace
+const std::vector<Object::Attribute> &Object::Attribute::all() {
+  static const std::vector<Attribute> table = {
+      {ID, "ID", [](const Object &o, std::stringstream &out) { writeInt(out, o.m_id); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         int id = 0;
+         if (!readInt(in, id)) return true;
+         if (!recordValueInRange(in, "Object::deserialize()", "Id", id, 1, INT_MAX)) return true;
+         if (id != o.m_id) {
+           o.m_id = id;
+           o.m_modified |= ID;
+           // Later objects of this copy must never take a received id, but
+           // an id near the top of int's range would leave the counter none
+           // to give: it moves no further than ID_COUNTER_MAX.
+           if (id >= next_id && id < ID_COUNTER_MAX) {
+             next_id = id + 1;
+           } else if (id >= ID_COUNTER_MAX && next_id < ID_COUNTER_MAX) {
+             LogManager::getInstance().writeLog(
+                 "Object::deserialize(): Note! Id %d is past %d; new objects' ids go on from %d.",
+                 id, ID_COUNTER_MAX, ID_COUNTER_MAX);
+             next_id = ID_COUNTER_MAX;
+           }
+         }
+         return true;
+       },
+       [](const Object &o) { return std::to_string(o.getId()); }, nullptr},
+
+      {ACTIVE, "ACTIVE",
+       [](const Object &o, std::stringstream &out) { writeBool(out, o.m_is_active); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         bool active = false;
+         if (readBool(in, active)) o.setActive(active);
+         return true;
+       },
+       [](const Object &o) { return boolToString(o.isActive()); }, nullptr},
+
+      {VISIBLE, "VISIBLE",
+       [](const Object &o, std::stringstream &out) { writeBool(out, o.m_is_visible); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         bool visible = false;
+         if (readBool(in, visible)) o.setVisible(visible);
+         return true;
+       },
+       [](const Object &o) { return boolToString(o.isVisible()); }, nullptr},
+
+      {EVENTS, "EVENTS",
+       [](const Object &o, std::stringstream &out) {
+         writeInt(out, o.m_event_count);
+         for (int i = 0; i < o.m_event_count; i++) writeString(out, o.m_event_name[i]);
+       },
+       [](Object &o, std::stringstream &in, Reading &reading) {
+         int count = 0;
+         if (!readInt(in, count)) return true;
+         if (count < 0) {
+           in.setstate(std::ios::failbit);
+           return true;
+         }
+         // Every name is read before any interest changes, so a short record
+         // leaves the registrations alone. A count larger than the names the
+         // record holds ends at the first missing one.
+         std::vector<std::string> names;
+         for (int i = 0; i < count && in.good(); i++) {
+           std::string name;
+           std::uint64_t length = 0;
+           const int result = readString(in, name, length);
+           if (result == -2) {
+             logAllocationFailure(length);
+             continue;
+           }
+           if (result == 0) {
+             if (reading.trace)
+               LogManager::getInstance().writeLog(25, "\t\tsize %d", static_cast<int>(length));
+             names.push_back(name);
+           }
+         }
+         if (!in.good()) return true;
+         for (int i = o.m_event_count - 1; i >= 0; i--) o.unregisterInterest(o.m_event_name[i]);
+         for (const std::string &name : names)
+           if (o.registerInterest(name) != 0)
+             LogManager::getInstance().writeLog(
+                 "Object::deserialize(): Error! Register interest: %s", name.c_str());
+         return true;
+       },
+       [](const Object &o) { return std::to_string(o.getEventCount()); },
+       [](const Object &o) {
+         for (int i = 0; i < o.getEventCount(); i++)
+           LogManager::getInstance().writeLog(25, "\t\t%s (size %d)", o.getEvent(i).c_str(),
+                                              static_cast<int>(o.getEvent(i).size()));
+       }},
+
+      {BOX, "BOX",
+       [](const Object &o, std::stringstream &out) {
+         writeVector(out, o.m_box.getCorner());
+         writeFloat(out, o.m_box.getHorizontal());
+         writeFloat(out, o.m_box.getVertical());
+       },
+       [](Object &o, std::stringstream &in, Reading &reading) {
+         Vector corner;
+         float horizontal = 0, vertical = 0;
+         readVector(in, corner);
+         readFloat(in, horizontal);
+         readFloat(in, vertical);
+         if (!in) return true;
+         reading.received_box = Box(corner, horizontal, vertical);
+         reading.got_box = true;
+         o.setBox(reading.received_box);
+         return true;
+       },
+       [](const Object &o) { return o.getBox().toString(); }, nullptr},
+
+      {POSITION, "POSITION",
+       [](const Object &o, std::stringstream &out) { writeVector(out, o.m_position); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         Vector position;
+         if (readVector(in, position)) o.setPosition(position);
+         return true;
+       },
+       [](const Object &o) { return o.getPosition().toString(); }, nullptr},
+
+      {TYPE, "TYPE", [](const Object &o, std::stringstream &out) { writeString(out, o.m_type); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         std::string type;
+         std::uint64_t length = 0;
+         const int result = readString(in, type, length);
+         if (result == -2) {
+           logAllocationFailure(length);
+           return false;
+         }
+         if (result == 0) o.setType(type);
+         return true;
+       },
+       [](const Object &o) { return o.getType(); }, nullptr},
+
+      {ANIMATION, "ANIMATION",
+       [](const Object &o, std::stringstream &out) { o.m_animation.serialize(&out); },
+       [](Object &o, std::stringstream &in, Reading &reading) {
+         Animation animation;
+         if (animation.deserialize(&in) != 0) return true;
+         o.setAnimation(animation, true);
+         // Only the label travels: find the sprite again here, keeping the
+         // frame and the count that setSprite starts over.
+         if (!animation.getName().empty()) {
+           o.setSprite(animation.getName());
+           Animation restored = o.m_animation;
+           restored.setIndex(animation.getIndex());
+           restored.setSlowdownCount(animation.getSlowdownCount());
+           o.setAnimation(restored, true);
+         }
+         if (reading.got_box) o.setBox(reading.received_box);
+         return true;
+       },
+       [](const Object &o) { return o.getAnimation().toString(); }, nullptr},
+
+      {ALTITUDE, "ALTITUDE",
+       [](const Object &o, std::stringstream &out) { writeInt(out, o.m_altitude); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         int altitude = 0;
+         if (readInt(in, altitude)) o.setAltitude(altitude);
+         return true;
+       },
+       [](const Object &o) { return std::to_string(o.getAltitude()); }, nullptr},
+
+      {SOLIDNESS, "SOLIDNESS",
+       [](const Object &o, std::stringstream &out) { writeInt(out, o.m_solidness); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         int solidness = 0;
+         if (readInt(in, solidness)) o.setSolidness(static_cast<Solidness>(solidness));
+         return true;
+       },
+       [](const Object &o) { return solidnessToString(o.getSolidness()); }, nullptr},
+
+      {NO_SOFT, "NO_SOFT",
+       [](const Object &o, std::stringstream &out) { writeBool(out, o.m_no_soft); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         bool no_soft = false;
+         if (readBool(in, no_soft)) {
+           o.m_no_soft = no_soft;
+           o.m_modified |= NO_SOFT;
+         }
+         return true;
+       },
+       [](const Object &o) { return boolToString(o.getNoSoft()); }, nullptr},
+
+      {DIRECTION, "DIRECTION",
+       [](const Object &o, std::stringstream &out) { writeVector(out, o.m_direction); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         Vector direction;
+         if (readVector(in, direction)) o.setDirection(direction);
+         return true;
+       },
+       [](const Object &o) { return o.getDirection().toString(); }, nullptr},
+
+      {SPEED, "SPEED", [](const Object &o, std::stringstream &out) { writeFloat(out, o.m_speed); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         float speed = 0;
+         readFloat(in, speed);
+         if (in) {
+           o.m_speed = speed;
+           o.m_modified |= SPEED;
+         }
+         return true;
+       },
+       // std::to_string writes a float as printf's "%f" does.
+       [](const Object &o) { return std::to_string(o.getSpeed()); }, nullptr},
+
+      {ACCELERATION, "ACCELERATION",
+       [](const Object &o, std::stringstream &out) { writeVector(out, o.m_acceleration); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         Vector acceleration;
+         if (readVector(in, acceleration)) o.setAcceleration(acceleration);
+         return true;
+       },
+       [](const Object &o) { return o.getAcceleration().toString(); }, nullptr},
+
+      {SHAPE, "SHAPE", [](const Object &o, std::stringstream &out) { o.m_shape.serialize(&out); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         Shape shape;
+         if (shape.deserialize(&in) == 0) o.setShape(shape);
+         return true;
+       },
+       [](const Object &o) { return o.getShape().toString(); }, nullptr},
+
+      {FOLLOW_PATH, "FOLLOW_PATH",
+       [](const Object &o, std::stringstream &out) { writeBool(out, o.m_follow_path); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         bool follow = false;
+         if (readBool(in, follow)) o.setFollowPath(follow);
+         return true;
+       },
+       [](const Object &o) { return boolToString(o.getFollowPath()); }, nullptr},
+
+      {PATH, "PATH", [](const Object &o, std::stringstream &out) { o.m_path.serialize(&out); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         Path path;
+         if (path.deserialize(&in) == 0) o.setPath(path);
+         return true;
+       },
+       [](const Object &o) { return o.getPath().toString(); }, nullptr},
+
+      {AVOID_COLLISIONS, "AVOID_COLLISIONS",
+       [](const Object &o, std::stringstream &out) { writeBool(out, o.m_avoid_collisions); },
+       [](Object &o, std::stringstream &in, Reading &) {
+         bool avoid = false;
+         if (readBool(in, avoid)) o.setAvoidCollisions(avoid);
+         return true;
+       },
+       [](const Object &o) { return boolToString(o.getAvoidCollisions()); }, nullptr},
+  };
+  return table;
+}
 
 int Object::serialize(std::stringstream *p_ss, unsigned int attr) {
   LogManager &log = LogManager::getInstance();
@@ -509,229 +725,31 @@ int Object::serialize(std::stringstream *p_ss, unsigned int attr) {
   if (trace) log.writeLog(25, "\t%s", toBinaryString(attr).c_str());
   const unsigned int mask = attr ? attr : m_modified;
   writeUnsigned(*p_ss, mask);
-  std::ostream &out = *p_ss;
-  for (ObjectAttribute bit : RECORD_ORDER) {
-    if (!(mask & bit)) continue;
-    switch (bit) {
-      case ID:
-        writeInt(out, m_id);
-        break;
-      case ACTIVE:
-        writeBool(out, m_is_active);
-        break;
-      case VISIBLE:
-        writeBool(out, m_is_visible);
-        break;
-      case EVENTS:
-        writeInt(out, m_event_count);
-        for (int i = 0; i < m_event_count; i++) writeString(out, m_event_name[i]);
-        break;
-      case BOX:
-        writeVector(out, m_box.getCorner());
-        writeFloat(out, m_box.getHorizontal());
-        writeFloat(out, m_box.getVertical());
-        break;
-      case POSITION:
-        writeVector(out, m_position);
-        break;
-      case TYPE:
-        writeString(out, m_type);
-        break;
-      case ANIMATION:
-        m_animation.serialize(p_ss);
-        break;
-      case ALTITUDE:
-        writeInt(out, m_altitude);
-        break;
-      case SOLIDNESS:
-        writeInt(out, m_solidness);
-        break;
-      case NO_SOFT:
-        writeBool(out, m_no_soft);
-        break;
-      case DIRECTION:
-        writeVector(out, m_direction);
-        break;
-      case SPEED:
-        writeFloat(out, m_speed);
-        break;
-      case ACCELERATION:
-        writeVector(out, m_acceleration);
-        break;
-      case SHAPE:
-        m_shape.serialize(p_ss);
-        break;
-      case FOLLOW_PATH:
-        writeBool(out, m_follow_path);
-        break;
-      case PATH:
-        m_path.serialize(p_ss);
-        break;
-      case AVOID_COLLISIONS:
-        writeBool(out, m_avoid_collisions);
-        break;
-    }
-    m_modified &= ~static_cast<unsigned int>(bit);
-    if (trace) traceAttribute(*this, bit);
+  for (const Attribute &attribute : Attribute::all()) {
+    if (!(mask & attribute.bit)) continue;
+    attribute.write(*this, *p_ss);
+    m_modified &= ~static_cast<unsigned int>(attribute.bit);
+    if (trace) attribute.trace(*this);
   }
   return checkStream("Object::serialize()", *p_ss);
 }
 
 int Object::deserialize(std::stringstream *p_ss, unsigned int *p_attr) {
   LogManager &log = LogManager::getInstance();
-  const bool trace = log.getLogLevel() >= 25;
-  std::istream &in = *p_ss;
   unsigned int mask = 0;
-  readUnsigned(in, mask);
+  readUnsigned(*p_ss, mask);
   if (p_attr) *p_attr = mask;
   if (log.getLogLevel() >= 20)
     log.writeLog(20, "Object::deserialize(): attr %u (%s)", mask, toBinaryString(mask).c_str());
 
-  // Each attribute is applied only once all its fields were read, and
-  // reading stops at the first failure: a short record changes nothing
-  // with half a value.
-  // The sender's box outranks the one an animation brings with it: it is
-  // what the sender has, even when set after the sprite.
-  bool got_box = false;
-  Box received_box;
-  for (ObjectAttribute bit : RECORD_ORDER) {
-    if (!(mask & bit)) continue;
-    if (!in.good()) break;
-    bool flag = false;
-    int number = 0;
-    float real = 0;
-    Vector vector;
-    std::string text;
-    std::uint64_t length = 0;
-    switch (bit) {
-      case ID:
-        if (!readInt(in, number)) break;
-        if (number != m_id) {
-          m_id = number;
-          m_modified |= ID;
-          // Later objects of this copy must never take a received id.
-          if (number >= next_id && number < std::numeric_limits<int>::max()) next_id = number + 1;
-        }
-        break;
-      case ACTIVE:
-        if (readBool(in, flag)) setActive(flag);
-        break;
-      case VISIBLE:
-        if (readBool(in, flag)) setVisible(flag);
-        break;
-      case EVENTS: {
-        if (!readInt(in, number)) break;
-        if (number < 0) {
-          in.setstate(std::ios::failbit);
-          break;
-        }
-        // Every name is read before any interest changes, so a short record
-        // leaves the registrations alone. A count larger than the names the
-        // record holds ends at the first missing one.
-        std::vector<std::string> names;
-        for (int i = 0; i < number && in.good(); i++) {
-          int result = readString(in, text, length);
-          if (result == -2) {
-            log.writeLog("Object::deserialize(): Error! Cannot allocate %d bytes.",
-                         static_cast<int>(length));
-            continue;
-          }
-          if (result == 0) {
-            if (trace) log.writeLog(25, "\t\tsize %d", static_cast<int>(length));
-            names.push_back(text);
-          }
-        }
-        if (!in.good()) break;
-        for (int i = m_event_count - 1; i >= 0; i--) unregisterInterest(m_event_name[i]);
-        for (const std::string &name : names)
-          if (registerInterest(name) != 0)
-            log.writeLog("Object::deserialize(): Error! Register interest: %s", name.c_str());
-        break;
-      }
-      case BOX: {
-        Vector corner;
-        float horizontal = 0, vertical = 0;
-        readVector(in, corner);
-        readFloat(in, horizontal);
-        readFloat(in, vertical);
-        if (!in) break;
-        received_box = Box(corner, horizontal, vertical);
-        got_box = true;
-        setBox(received_box);
-        break;
-      }
-      case POSITION:
-        if (readVector(in, vector)) setPosition(vector);
-        break;
-      case TYPE: {
-        int result = readString(in, text, length);
-        if (result == -2) {
-          log.writeLog("Object::deserialize(): Error! Cannot allocate %d bytes.",
-                       static_cast<int>(length));
-          return -1;
-        }
-        if (result == 0) setType(text);
-        break;
-      }
-      case ANIMATION: {
-        Animation animation;
-        if (animation.deserialize(p_ss) != 0) break;
-        setAnimation(animation, true);
-        // Only the label travels: find the sprite again here, keeping the
-        // frame and the count that setSprite starts over.
-        if (!animation.getName().empty()) {
-          setSprite(animation.getName());
-          Animation restored = m_animation;
-          restored.setIndex(animation.getIndex());
-          restored.setSlowdownCount(animation.getSlowdownCount());
-          setAnimation(restored, true);
-        }
-        if (got_box) setBox(received_box);
-        break;
-      }
-      case ALTITUDE:
-        if (readInt(in, number)) setAltitude(number);
-        break;
-      case SOLIDNESS:
-        if (readInt(in, number)) setSolidness(static_cast<Solidness>(number));
-        break;
-      case NO_SOFT:
-        if (readBool(in, flag)) {
-          m_no_soft = flag;
-          m_modified |= NO_SOFT;
-        }
-        break;
-      case DIRECTION:
-        if (readVector(in, vector)) setDirection(vector);
-        break;
-      case SPEED:
-        readFloat(in, real);
-        if (in) {
-          m_speed = real;
-          m_modified |= SPEED;
-        }
-        break;
-      case ACCELERATION:
-        if (readVector(in, vector)) setAcceleration(vector);
-        break;
-      case SHAPE: {
-        Shape shape;
-        if (shape.deserialize(p_ss) == 0) setShape(shape);
-        break;
-      }
-      case FOLLOW_PATH:
-        if (readBool(in, flag)) setFollowPath(flag);
-        break;
-      case PATH: {
-        Path path;
-        if (path.deserialize(p_ss) == 0) setPath(path);
-        break;
-      }
-      case AVOID_COLLISIONS:
-        if (readBool(in, flag)) setAvoidCollisions(flag);
-        break;
-    }
-    if (trace && in.good()) traceAttribute(*this, bit);
+  // Reading stops at the first failure.
+  Attribute::Reading reading;
+  reading.trace = log.getLogLevel() >= 25;
+  for (const Attribute &attribute : Attribute::all()) {
+    if (!(mask & attribute.bit)) continue;
+    if (!p_ss->good()) break;
+    if (!attribute.read(*this, *p_ss, reading)) return -1;
+    if (reading.trace && p_ss->good()) attribute.trace(*this);
   }
 
   // What was just received counts as unchanged.

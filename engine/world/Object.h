@@ -68,7 +68,7 @@ class Object {
   virtual void setType(std::string new_type);
   virtual int setPosition(Vector new_pos);
 
-  // Handles "qv-path": follows the path found and releases the search.
+  // Handles PATH_EVENT: follows the path found and releases the search.
   // Returns 1 when the event was handled, 0 otherwise.
   virtual int eventHandler(const Event *p_e);
 
@@ -136,7 +136,7 @@ class Object {
   void setPath(Path new_path);
 
   // Attaches a path search that this object owns from now on; its result
-  // arrives as a "qv-path" event. A search already attached is released.
+  // arrives as a PATH_EVENT. A search already attached is released.
   void setPathFind(PathFind *p_path_find);
   PathFind *getPathFind() const;
 
@@ -155,6 +155,9 @@ class Object {
   Object(const Object &) = delete;
   Object &operator=(const Object &) = delete;
   void releasePathFind();
+
+  // One attribute of the serialized record; the table of them is in Object.cpp.
+  struct Attribute;
 
   int m_id;                                // from a process-wide counter, never reused
   std::string m_type;                      // "(Undefined)"

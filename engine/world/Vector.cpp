@@ -4,9 +4,22 @@
 #include <cstdint>
 #include <cstring>
 
+#include "core/LogManager.h"
+#include "core/bounds.h"
 #include "core/utility.h"
 
 namespace qv {
+
+namespace {
+
+// In double precision: squaring a float can overflow where the length itself
+// is far in range, and (1e20, 0) must still normalize to (1, 0).
+double magnitude(float x, float y) {
+  const double dx = x, dy = y;
+  return std::sqrt(dx * dx + dy * dy);
+}
+
+}  // namespace
 
 Vector::Vector() : m_x(0), m_y(0) {
 }
@@ -32,14 +45,14 @@ float Vector::getY() const {
 }
 
 float Vector::getMagnitude() const {
-  return std::sqrt(m_x * m_x + m_y * m_y);
+  return static_cast<float>(magnitude(m_x, m_y));
 }
 
 void Vector::normalize() {
-  float length = getMagnitude();
+  const double length = magnitude(m_x, m_y);
   if (length > 0) {
-    m_x /= length;
-    m_y /= length;
+    m_x = static_cast<float>(m_x / length);
+    m_y = static_cast<float>(m_y / length);
   }
 }
 
@@ -87,7 +100,19 @@ void readFloat(std::istream &in, float &value) {
   if (!in.read(reinterpret_cast<char *>(bytes), 4)) return;
   std::uint32_t bits = 0;
   for (int i = 0; i < 4; i++) bits |= static_cast<std::uint32_t>(bytes[i]) << (8 * i);
-  std::memcpy(&value, &bits, sizeof value);
+  float read = 0;
+  std::memcpy(&read, &bits, sizeof read);
+  // No object has a coordinate, extent, speed or size that is no number or
+  // past the bound: the record stops here as a short one would.
+  if (!(std::fabs(read) <= RECORD_FLOAT_MAX)) {
+    LogManager::getInstance().writeLog(
+        "readFloat(): Error! Value %g out of range [%g, %g]; the record is refused.",
+        static_cast<double>(read), static_cast<double>(-RECORD_FLOAT_MAX),
+        static_cast<double>(RECORD_FLOAT_MAX));
+    in.setstate(std::ios::failbit);
+    return;
+  }
+  value = read;
 }
 
 int Vector::serialize(std::stringstream *p_ss) const {

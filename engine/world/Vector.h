@@ -41,7 +41,9 @@ class Vector {
   float m_y;  // 0, cells downward
 };
 
-// Raw little-endian IEEE-754 single, the unit of every record format.
+// Raw little-endian IEEE-754 single, the unit of every record format. Reading
+// refuses (fails the stream, after a log line) a value that is no number or
+// beyond RECORD_FLOAT_MAX either side, leaving value as it was.
 void writeFloat(std::ostream &out, float value);
 void readFloat(std::istream &in, float &value);
 

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/EventStep.h"
 #include "core/LogManager.h"
 #include "core/utility.h"
 #include "graphics/ViewObject.h"
+#include "input/EventKeyboard.h"
+#include "input/EventMouse.h"
 #include "world/EventCollision.h"
 #include "world/EventOut.h"
 #include "world/Object.h"
@@ -26,11 +29,7 @@ WorldManager &WorldManager::getInstance() {
 
 int WorldManager::startUp() {
   const LogManager &log = LogManager::getInstance();
-  if (isStarted()) {
-    log.writeLog("%s::startup(): Warning! %s already started.", getType().c_str(),
-                 getType().c_str());
-    return -1;
-  }
+  if (refuseSecondStart()) return -1;
   m_deletions.clear();
   m_marked.clear();
   m_boundary = Box();
@@ -63,7 +62,7 @@ void WorldManager::deleteObjects(const ObjectList &doomed) {
 }
 
 bool WorldManager::isValid(std::string event_type) const {
-  if (event_type == "qv-keyboard" || event_type == "qv-mouse" || event_type == "qv-step") {
+  if (event_type == KEYBOARD_EVENT || event_type == MOUSE_EVENT || event_type == STEP_EVENT) {
     LogManager::getInstance().writeLog("WorldManager::isValid(): WorldManager does not handle %s",
                                        event_type.c_str());
     return false;

@@ -9,6 +9,7 @@
 
 #include "ChildProcess.h"
 #include "TempDir.h"
+#include "XInput.h"
 
 using qvtest::ChildProcess;
 using qvtest::TempDir;
@@ -131,4 +132,50 @@ TEST(MainTest, WithSignalsOffCtrlCKeepsItsDefaultEffect) {
   ASSERT_TRUE(game.wait());
   EXPECT_FALSE(game.exited());
   EXPECT_EQ(game.termSignal(), SIGINT);
+}
+
+// In a window, played through the X server: Q on the title screen ends the
+// program; so does Ctrl-C in a level. Both with status 0 and a complete log.
+TEST(MainTest, QOnTheTitleScreenOrCtrlCInALevelEndsTheGameWithStatusZero) {
+  qvtest::XInput x;
+  ASSERT_TRUE(x.ok());
+  auto tap = [&x](const char *key) {
+    x.key(key, true);
+    usleep(100000);
+    x.key(key, false);
+    usleep(1000000);
+  };
+  for (bool in_level : {false, true}) {
+    TempDir dir;
+    qvtest::copyRunFolder(dir.path());
+    dir.write("qv-config.txt", "networking:false,\nrandom_seed:1,\n");
+    ChildProcess game(QV_GAME_PATH, dir.path(),
+                      {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr}});
+    ASSERT_TRUE(game.waitUntilCatching(SIGINT));
+    // The window is centred on the screen: the pointer there keeps the
+    // keyboard on it, and in a level lies on tile (4, 4).
+    const int cx = x.width() / 2 + 3, cy = x.height() / 2 + 8;
+    x.pointer(cx, cy);
+    usleep(1000000);
+    tap("space");  // ends the splash
+    if (in_level) {
+      tap("p");
+      x.pointer(cx + 1, cy);  // the tiles learn where the pointer is
+      usleep(500000);
+      x.button(true);
+      x.button(false);
+      usleep(500000);
+      game.sendSignal(SIGINT);
+    } else {
+      tap("q");
+    }
+    ASSERT_TRUE(game.wait());
+    ASSERT_TRUE(game.exited()) << "signal " << game.termSignal();
+    EXPECT_EQ(game.exitStatus(), 0);
+    std::vector<std::string> lines = logOf(dir);
+    EXPECT_EQ(has(lines, "boardNotNull"), in_level);
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_EQ(std::vector<std::string>(lines.end() - 2, lines.end()),
+              (std::vector<std::string>{STARS, "** Game engine stopped **"}));
+  }
 }

@@ -26,34 +26,29 @@ std::string frameColumn() {
 }
 }  // namespace
 
-TEST(LogManagerTest, PrefixesEveryLineWithTimeAndRightAlignedFrameNumber) {
+TEST(LogManagerTest, PrefixesEveryLineWithLocalTimeAndFrameNumberUpToTheLogLevel) {
   LogCapture log;
   ASSERT_TRUE(log.start());
   EXPECT_EQ(logManager().writeLog("hello %d", 42), 8);
   EXPECT_EQ(logManager().writeLog("%s", ""), 0);
-  logManager().writeLog("last");
-  log.stop();
-  std::string text = log.text();
-  // Time, a blank, the frame number in four columns, a blank, the message.
-  std::string time = "[0-2][0-9]:[0-5][0-9]:[0-6][0-9] ";
-  std::string prefix = time + frameColumn() + " ";
-  EXPECT_TRUE(
-      std::regex_match(text, std::regex(prefix + "hello 42\n" + prefix + "\n" + prefix + "last\n")))
-      << text;
-}
-
-TEST(LogManagerTest, LevelledLinesPassOnlyUpToTheLogLevel) {
-  LogCapture log;
-  ASSERT_TRUE(log.start());
-  EXPECT_EQ(logManager().getLogLevel(), 0);
   EXPECT_EQ(logManager().writeLog(1, "dropped"), 0);
-  EXPECT_EQ(logManager().writeLog("always"), 6);
   logManager().setLogLevel(5);
-  EXPECT_EQ(logManager().getLogLevel(), 5);
   EXPECT_EQ(logManager().writeLog(5, "at five"), 7);
   EXPECT_EQ(logManager().writeLog(6, "above five"), 0);
   EXPECT_EQ(logManager().writeLog(-3, "negative"), 8);
-  EXPECT_EQ(log.messages(), (std::vector<std::string>{"always", "at five", "negative"}));
+  logManager().setLogLevel(0);
+  log.stop();
+  // Time, a blank, the frame number in four columns, a blank, the message.
+  std::string prefix = "[0-2][0-9]:[0-5][0-9]:[0-6][0-9] " + frameColumn() + " ";
+  EXPECT_TRUE(
+      std::regex_match(log.text(), std::regex(prefix + "hello 42\n" + prefix + "\n" + prefix +
+                                              "at five\n" + prefix + "negative\n")))
+      << log.text();
+  std::string now = qv::getTimeString();
+  std::time_t t = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&t, &local);
+  EXPECT_EQ(std::stoi(now.substr(0, 2)), local.tm_hour) << now;
 }
 
 TEST(LogManagerTest, WritesToStandardErrorBeforeStartAndAfterStop) {
@@ -91,43 +86,19 @@ TEST(LogManagerTest, StartRefusesSecondStartAndUnopenableFile) {
                                      "'."});
 }
 
-TEST(LogManagerTest, FileNameComesFromEnvironmentElseConfiguration) {
+TEST(LogManagerTest, FileNameAndLevelComeFromEnvironmentElseConfiguration) {
   TempDir dir;
   std::string configured = dir.file("configured.log");
-  qv::Config::getInstance().loadConfig("logfile:" + configured + ",");
-  {
-    // QUORVELLE_LOG wins over the configured name.
-    LogCapture log;
-    ASSERT_TRUE(log.start());
-    logManager().writeLog("to the environment's file");
-    log.stop();
-    EXPECT_TRUE(log.contains("to the environment's file"));
-    EXPECT_EQ(qvtest::readFile(configured), "");
-  }
-  {
-    ScopedEnv no_env("QUORVELLE_LOG", nullptr);
-    ASSERT_EQ(logManager().startUp(), 0);
-    logManager().writeLog("first run");
-    logManager().shutDown();
-    ASSERT_EQ(logManager().startUp(), 0);
-    logManager().writeLog("second run");
-    logManager().shutDown();
-  }
-  // A new start truncates the previous log.
-  EXPECT_EQ(qvtest::logMessages(qvtest::readFile(configured)),
-            std::vector<std::string>{"second run"});
-  qv::Config::getInstance().loadConfig("frame_time:33,");
-}
-
-TEST(LogManagerTest, LevelComesFromEnvironmentElseConfiguration) {
-  LogCapture log;
-  qv::Config::getInstance().loadConfig("log_level:7,");
-  ASSERT_TRUE(logManager().startUp() == 0);
+  qv::Config::getInstance().loadConfig("logfile:" + configured + ",log_level:7,");
+  LogCapture log;  // QUORVELLE_LOG wins over the configured name
+  ASSERT_EQ(logManager().startUp(), 0);
   EXPECT_EQ(logManager().getLogLevel(), 7);
+  logManager().writeLog("to the environment's file");
   log.stop();
+  EXPECT_TRUE(log.contains("to the environment's file"));
   {
     ScopedEnv level("QUORVELLE_LOG_LEVEL", "5");
-    ASSERT_TRUE(logManager().startUp() == 0);
+    ASSERT_EQ(logManager().startUp(), 0);
     EXPECT_EQ(logManager().getLogLevel(), 5);
     log.stop();
   }
@@ -135,7 +106,20 @@ TEST(LogManagerTest, LevelComesFromEnvironmentElseConfiguration) {
   EXPECT_EQ(log.messages(),
             (std::vector<std::string>{"LogManager::startUp(): successfully started.",
                                       "LogManager::shutDown(): successfully stopped."}));
-  qv::Config::getInstance().loadConfig("log_level:0,");
+  EXPECT_EQ(qvtest::readFile(configured), "");
+  qv::Config::getInstance().loadConfig("logfile:" + configured + ",");
+  {
+    ScopedEnv no_env("QUORVELLE_LOG", nullptr);
+    for (const char *run : {"first run", "second run"}) {
+      ASSERT_EQ(logManager().startUp(), 0);
+      logManager().writeLog("%s", run);
+      logManager().shutDown();
+    }
+  }
+  // A new start truncates the previous log.
+  EXPECT_EQ(qvtest::logMessages(qvtest::readFile(configured)),
+            std::vector<std::string>{"second run"});
+  qv::Config::getInstance().loadConfig("frame_time:33,");
 }
 
 TEST(LogManagerTest, FlushPutsEachLineOnDiskAndReportsWriteErrors) {
@@ -152,13 +136,4 @@ TEST(LogManagerTest, FlushPutsEachLineOnDiskAndReportsWriteErrors) {
   logManager().setFlush(true);
   EXPECT_EQ(logManager().writeLog("lost"), -1);
   log.stop();
-}
-
-TEST(LogManagerTest, TimeStringIsLocalTimeOfDay) {
-  std::string now = qv::getTimeString();
-  ASSERT_TRUE(std::regex_match(now, std::regex("[0-2][0-9]:[0-5][0-9]:[0-6][0-9]"))) << now;
-  std::time_t t = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&t, &local);
-  EXPECT_EQ(std::stoi(now.substr(0, 2)), local.tm_hour);
 }

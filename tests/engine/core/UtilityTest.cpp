@@ -11,45 +11,54 @@
 
 class UtilityLogTest : public qvtest::LogFixture {};
 
-TEST_F(UtilityLogTest, ColorsConvertToTheirComponentsAndNames) {
+TEST_F(UtilityLogTest, ColorsConvertToTheirComponentsAndNamesAndOthersGiveWhite) {
+  // Custom and unsupported colours leave the components as they were.
   struct Row {
-    qv::Color c;
+    int c;
     unsigned char r, g, b;
+    sf::Color sfml;
     const char *name;
   };
-  const Row rows[] = {{qv::BLACK, 0, 0, 0, "Black"},   {qv::RED, 255, 0, 0, "Red"},
-                      {qv::GREEN, 0, 255, 0, "Green"}, {qv::YELLOW, 255, 255, 0, "Yellow"},
-                      {qv::BLUE, 0, 0, 255, "Blue"},   {qv::MAGENTA, 255, 0, 255, "Magenta"},
-                      {qv::CYAN, 0, 255, 255, "Cyan"}, {qv::WHITE, 255, 255, 255, "White"}};
-  for (const Row &row : rows) {
-    unsigned char r = 1, g = 2, b = 3;
-    qv::colorToRGB(row.c, r, g, b);
-    EXPECT_EQ(r, row.r);
-    EXPECT_EQ(g, row.g);
-    EXPECT_EQ(b, row.b);
-    EXPECT_EQ(qv::colorToSFML(row.c), sf::Color(row.r, row.g, row.b, 255));
-    EXPECT_EQ(qv::colorToString(row.c), row.name);
-  }
-  EXPECT_EQ(log->messages(), std::vector<std::string>{});
-}
-
-TEST_F(UtilityLogTest, CustomAndUnsupportedColorsGiveWhiteAndLeaveComponents) {
+  const Row rows[] = {{qv::BLACK, 0, 0, 0, sf::Color::Black, "Black"},
+                      {qv::RED, 255, 0, 0, sf::Color::Red, "Red"},
+                      {qv::GREEN, 0, 255, 0, sf::Color::Green, "Green"},
+                      {qv::YELLOW, 255, 255, 0, sf::Color::Yellow, "Yellow"},
+                      {qv::BLUE, 0, 0, 255, sf::Color::Blue, "Blue"},
+                      {qv::MAGENTA, 255, 0, 255, sf::Color::Magenta, "Magenta"},
+                      {qv::CYAN, 0, 255, 255, sf::Color::Cyan, "Cyan"},
+                      {qv::WHITE, 255, 255, 255, sf::Color::White, "White"},
+                      {8, 1, 2, 3, sf::Color::White, "Unknown color"},
+                      {9, 1, 2, 3, sf::Color::White, "Unknown color"},
+                      {-1, 1, 2, 3, sf::Color::White, "Unknown color"}};
   qv::LogManager::getInstance().setLogLevel(5);
-  for (int value : {8, 9, -1}) {
-    qv::Color c = static_cast<qv::Color>(value);
+  for (const Row &row : rows) {
+    const auto c = static_cast<qv::Color>(row.c);
     unsigned char r = 1, g = 2, b = 3;
     qv::colorToRGB(c, r, g, b);
-    EXPECT_EQ(r, 1);
-    EXPECT_EQ(g, 2);
-    EXPECT_EQ(b, 3);
-    EXPECT_EQ(qv::colorToSFML(c), sf::Color::White);
-    EXPECT_EQ(qv::colorToString(c), "Unknown color");
+    EXPECT_EQ(std::vector<int>({r, g, b}), std::vector<int>({row.r, row.g, row.b})) << row.c;
+    EXPECT_EQ(qv::colorToSFML(c), row.sfml) << row.c;
+    EXPECT_EQ(qv::colorToString(c), row.name);
   }
   EXPECT_EQ(log->messages(),
             (std::vector<std::string>{
                 "colorToSFML(): Color is CUSTOM.", "colorToRGB(): Color 9 not supported.",
                 "colorToSFML(): Color 9 not supported.", "colorToRGB(): Color -1 not supported.",
                 "colorToSFML(): Color -1 not supported."}));
+}
+
+// Files name colours in lower case only; anything else leaves the colour alone.
+TEST(UtilityTest, ColorNamesAreReadInLowerCaseOnly) {
+  const struct {
+    const char *name;
+    qv::Color expected;
+  } rows[] = {{"black", qv::BLACK}, {"magenta", qv::MAGENTA}, {"white", qv::WHITE},
+              {"Cyan", qv::CUSTOM}, {"custom", qv::CUSTOM},   {"red ", qv::CUSTOM},
+              {"", qv::CUSTOM}};
+  for (const auto &row : rows) {
+    qv::Color color = qv::CUSTOM;
+    EXPECT_EQ(qv::colorFromName(row.name, color), row.expected != qv::CUSTOM) << row.name;
+    EXPECT_EQ(color, row.expected) << row.name;
+  }
 }
 
 TEST(UtilityTest, EnumerationNamesFallBackOutsideTheirRange) {
@@ -88,13 +97,11 @@ TEST_F(UtilityLogTest, CheckStreamNamesTheFirstFaultyFlag) {
   past_end.read(buffer, 4);  // sets eof and fail
   EXPECT_EQ(qv::checkStream("Box::deserialize()", past_end), -1);
 
-  std::stringstream failed;
-  failed.setstate(std::ios::failbit);
-  EXPECT_EQ(qv::checkStream("A", failed), -1);
-
-  std::stringstream bad;
-  bad.setstate(std::ios::badbit);
-  EXPECT_EQ(qv::checkStream("B", bad), -1);
+  for (auto [name, state] : {std::pair("A", std::ios::failbit), std::pair("B", std::ios::badbit)}) {
+    std::stringstream stream;
+    stream.setstate(state);
+    EXPECT_EQ(qv::checkStream(name, stream), -1);
+  }
 
   EXPECT_EQ(log->messages(),
             (std::vector<std::string>{"Box::deserialize(): Error! Stream eof.",

@@ -167,8 +167,8 @@ TEST_F(ResourceManagerTest, RefusesBrokenFilesNamingTheLine) {
       {"2\n3\n1\n4\nred\nabc\ndef\nx\n", {simple + "8!", "\tExtra file data: 'x'"}},
       {withCrLf("2\n3\n1\n4\nred\nabc\ndef\n\n"), {simple + "8!", "\tExtra file data: ''"}},
       // Frame counts far beyond the file fail on the missing rows, quickly.
-      {"2000000000\n1\n1\n0\nred\na\n", {eof, "\tReading frame 2 of 2000000000, row 1 of 1."}},
-      {robust("frames 2000000000\nwidth 1\nheight 1\n"),
+      {"99999\n1\n1\n0\nred\na\n", {eof, "\tReading frame 2 of 99999, row 1 of 1."}},
+      {robust("frames 99999\nwidth 1\nheight 1\n"),
        {"\tError! Line 9: No more frame data before 'end'.", no_frame}},
       {robust("frames 1\nwidth -1\nheight 1\n"), {robust_error + "Missing 'width' in header."}},
       {robust("width 1\nheight 1\n"), {robust_error + "Missing 'frames' in header."}},

@@ -4,9 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <SFML/Audio/Sound.hpp>
+#include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "ChildProcess.h"
 #include "ResourceFixture.h"
+#include "TempDir.h"
 #include "core/LogManager.h"
 
 namespace {
@@ -105,6 +110,34 @@ TEST_F(SoundTest, LimitsOf100SoundsAnd50Musics) {
   EXPECT_EQ(rm().loadSound(wav, "late"), -1);
   EXPECT_EQ(rm().loadMusic(wav, "late"), -1);
   EXPECT_EQ(log->count("ResourceManager not started!"), 2);
+}
+
+// A program that starts the engine, loads and plays a sound and a music and
+// shuts down: once where the audio library's ALSA output names a device that
+// does not exist (both complain on standard error when asked), once on the
+// library's silent null device.
+TEST(SoundOutputTest, WithoutADeviceOnlyTheLogSaysSoAndLoadsStillSucceed) {
+  const std::string note = "RM::startUp(): Note! No audio device: sound is off.";
+  for (const auto &[driver, notes] :
+       {std::pair<const char *, int>{"alsa", 1}, std::pair<const char *, int>{"null", 0}}) {
+    qvtest::TempDir dir;
+    writeWav(dir.file("boom.wav"), 800);
+    dir.write("qv-config.txt", "headless:true,\nnetworking:false,\n");
+    const std::string conf = dir.write("alsoft.conf", "[alsa]\ndevice = no-such-device\n");
+    qvtest::ChildProcess program(QV_START_STOP_PATH, dir.path(),
+                                 {{"ALSOFT_DRIVERS", driver},
+                                  {"ALSOFT_CONF", conf.c_str()},
+                                  {"QUORVELLE_LOG", nullptr},
+                                  {"QUORVELLE_CONFIG", nullptr},
+                                  {"QUORVELLE_LOG_LEVEL", nullptr}});
+    ASSERT_TRUE(program.wait()) << driver;
+    EXPECT_EQ(program.exitStatus(), 0) << driver;
+    EXPECT_EQ(program.stderrText(), "") << driver;
+    const std::vector<std::string> lines =
+        qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), note), notes) << driver;
+    EXPECT_EQ(lines.size(), 6u + notes) << driver;  // otherwise only the banners
+  }
 }
 
 }  // namespace

@@ -215,13 +215,16 @@ TEST_F(ObjectRecordTest, ForgedLengthsAskForNothingTheRecordDoesNotHold) {
   EXPECT_EQ(apply(p_o, le32(qv::EVENTS) + le32(0xFFFFFFFF)), -1);
   EXPECT_TRUE(log->contains("Object::deserialize(): Error! Stream fail."));
 
-  // Values no sender would have: the world must still take them.
-  for (std::uint32_t bits : {0x7FC00000u, 0x7F800000u, 0xFF800000u, 0x7F7FFFFFu, 0xCF000000u}) {
-    EXPECT_EQ(apply(p_o, le32(qv::POSITION | qv::BOX) + le32(bits) + le32(0) + le32(bits) +
-                             le32(bits) + le32(bits) + le32(bits)),
-              0);
-    qv::WorldManager::getInstance().update();
-  }
+  // Values no object can have are refused (BoundsTest has the lines); the
+  // largest it can have, a million cells out, the world takes.
+  for (std::uint32_t bits : {0x7FC00000u, 0x7F800000u, 0xFF800000u, 0x7F7FFFFFu, 0xCF000000u})
+    EXPECT_EQ(apply(p_o, le32(qv::POSITION) + le32(bits) + le32(0)), -1);
+  EXPECT_EQ(p_o->getPosition(), qv::Vector(1, 1));
+  const std::uint32_t million = 0x49742400u;  // 1e6
+  EXPECT_EQ(apply(p_o, le32(qv::POSITION | qv::BOX) + le32(million) + le32(0) + le32(million) +
+                           le32(million) + le32(million) + le32(million)),
+            0);
+  qv::WorldManager::getInstance().update();
 
   // Random bytes into every class: refused or applied, never a crash.
   std::srand(7);

@@ -45,17 +45,44 @@ TEST(VectorTest, SerializesAsTwoLittleEndianSingles) {
   EXPECT_EQ(back, qv::Vector(1.0f, -2.0f));
 }
 
-TEST(VectorTest, RoundTripIsBitExactNanIncluded) {
-  const float nan = std::numeric_limits<float>::quiet_NaN();
-  qv::Vector v(nan, -0.0f);
+TEST(VectorTest, RoundTripIsBitExact) {
+  qv::Vector v(1.0f / 3.0f, -0.0f);
   std::stringstream ss;
   ASSERT_EQ(v.serialize(&ss), 0);
   qv::Vector back(1, 1);
   ASSERT_EQ(back.deserialize(&ss), 0);
-  float x = back.getX(), y = back.getY(), vx = v.getX(), vy = v.getY();
-  EXPECT_EQ(std::memcmp(&x, &vx, 4), 0);
-  EXPECT_EQ(std::memcmp(&y, &vy, 4), 0);
+  EXPECT_EQ(back, v);
   EXPECT_TRUE(std::signbit(back.getY()));
+}
+
+TEST(VectorTest, HugeComponentsNormalizeWithoutOverflow) {
+  qv::Vector v(1e20f, 0);
+  v.normalize();
+  EXPECT_EQ(v, qv::Vector(1, 0));
+  qv::Vector w(-2e38f, 2e38f);
+  EXPECT_TRUE(std::isfinite(w.getMagnitude()));
+  w.normalize();
+  EXPECT_FLOAT_EQ(w.getX(), -std::sqrt(0.5f));
+}
+
+// No coordinate is no number or beyond a million cells: such a value ends
+// the record as a short one would, and the vector keeps what it had.
+TEST_F(VectorLogTest, ValuesNoObjectCanHaveAreRefused) {
+  const float cases[] = {std::numeric_limits<float>::quiet_NaN(),
+                         std::numeric_limits<float>::infinity(), -2e6f};
+  const char *const lines[] = {"nan", "inf", "-2e+06"};
+  for (int i = 0; i < 3; i++) {
+    std::stringstream ss;
+    qv::writeFloat(ss, 1);
+    qv::writeFloat(ss, cases[i]);
+    qv::Vector v(5, 6);
+    EXPECT_EQ(v.deserialize(&ss), -1);
+    EXPECT_EQ(v, qv::Vector(5, 6));
+    EXPECT_TRUE(log->contains(std::string("readFloat(): Error! Value ") + lines[i] +
+                              " out of range [-1e+06, 1e+06]; the record is refused."))
+        << log->text();
+  }
+  EXPECT_TRUE(log->contains("Vector::deserialize(): Error! Stream fail."));
 }
 
 TEST_F(VectorLogTest, ShortRecordFailsAndLeavesTheVector) {

@@ -1,0 +1,5 @@
+#include "EventNuke.h"
+
+EventNuke::EventNuke() {
+  setType(NUKE_EVENT);
+}
