@@ -39,6 +39,13 @@ class PathFixture : public WorldFixture {
     return p_o;
   }
 
+  // Hard one-cell objects on the eight cells around (x, y).
+  void surround(int x, int y) {
+    for (int dy = -1; dy <= 1; dy++)
+      for (int dx = -1; dx <= 1; dx++)
+        if (dx != 0 || dy != 0) block(x + dx, y + dy);
+  }
+
   // Steps the search until it ends; returns its result and counts the steps.
   static int finish(qv::PathFind &search, int *p_steps = nullptr, int limit = 100000) {
     int result = qv::PATH_SEARCHING;

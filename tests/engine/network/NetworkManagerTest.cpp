@@ -241,9 +241,8 @@ TEST_F(NetworkTest, BytesAndMessagesArriveIntactAndHostileLengthsAreRefused) {
 // anywhere: each is taken whole and in order while the inbox is taken from
 // its front and compacted behind (bench/HostileInputBench.cpp times it).
 TEST_F(NetworkTest, ManyWaitingMessagesDrainWholeAndInOrder) {
-  listen();
-  RawClient client(nm.getPort());
-  ASSERT_EQ(acceptOne(), 0);
+  serve(1);
+  RawClient &client = *clients[0];
   auto message_for = [](int k) { return std::string(k % 4, static_cast<char>('a' + k % 26)); };
   const int count = 20000;
   std::string stream;

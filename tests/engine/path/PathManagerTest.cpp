@@ -5,91 +5,73 @@
 #include "PathFixture.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
-#include "core/LogManager.h"
-#include "path/EventPath.h"
 
 namespace {
 
 using qv::Vector;
 using qvtest::Probe;
+using Lines = std::vector<std::string>;
 
 class PathManagerTest : public qvtest::PathFixture {
  protected:
-  // A probe that keeps every path event it is given, then lets the base
-  // handler follow the path and release the search.
-  Probe *walker(Vector where, std::vector<qv::EventPath> *p_events) {
+  // A probe that notes each path event as "name status path", then lets the
+  // base handler follow the path and release the search.
+  Probe *walker(const std::string &name, Vector where) {
     Probe *p_o = new Probe(where);
-    p_o->on_event = [p_o, p_events](const qv::Event *p_e) {
+    p_o->on_event = [this, p_o, name](const qv::Event *p_e) {
       if (const auto *p_path = dynamic_cast<const qv::EventPath *>(p_e))
-        p_events->push_back(*p_path);
+        heard.push_back(name + " " + std::to_string(p_path->getStatus()) + " " +
+                        p_path->getPath().toString());
       return p_o->qv::Object::eventHandler(p_e);
     };
     return p_o;
   }
   // Cycles until no search is left (or the tries run out).
   void drain(int tries = 100) {
-    qv::PathManager &paths = qv::PathManager::getInstance();
     while (paths.getSearchCount() > 0 && tries-- > 0) paths.cycle(5);
   }
+  qv::PathManager &paths = qv::PathManager::getInstance();
+  Lines heard;
 };
 
-TEST_F(PathManagerTest, FindPathAttachesListsAndReplaces) {
+TEST_F(PathManagerTest, FindPathAttachesListsReplacesAndDelivers) {
   setWorld(20, 20);
-  qv::PathManager &paths = qv::PathManager::getInstance();
-  std::vector<qv::EventPath> events;
-  Probe *p_o = walker(Vector(1, 1), &events);
-
+  Probe *p_o = walker("walker", Vector(1, 1));
   qv::PathFind *p_first = paths.findPath(p_o, Vector(10, 10));
   ASSERT_NE(p_first, nullptr);
   EXPECT_EQ(p_o->getPathFind(), p_first);
   EXPECT_TRUE(paths.isListed(p_first));
-
   // A second search replaces the first, which is delisted and deleted.
   qv::PathFind *p_second = paths.findPath(p_o, Vector(3, 1));
   EXPECT_EQ(p_o->getPathFind(), p_second);
   EXPECT_EQ(paths.getSearchCount(), 1);
-
+  Probe *p_boxed = walker("boxed", Vector(15, 15));
+  surround(15, 15);
+  paths.findPath(p_boxed, Vector(0, 0));
   drain();
-  ASSERT_EQ(events.size(), 1u);
-  EXPECT_EQ(events[0].getStatus(), qv::PATH_FOUND);
-  EXPECT_EQ(events[0].getPath().toString(), "(1,1)|(2,1)|(3,1)|");
-  EXPECT_EQ(p_o->getPathFind(), nullptr);
+  EXPECT_EQ(heard, (Lines{"boxed 0 ", "walker 2 (1,1)|(2,1)|(3,1)|"}));
   EXPECT_TRUE(p_o->getFollowPath());
   EXPECT_EQ(p_o->getPath().toString(), "(1,1)|(2,1)|(3,1)|");
+  EXPECT_FALSE(p_boxed->getFollowPath());
+  for (const Probe *p : {p_o, p_boxed}) EXPECT_EQ(p->getPathFind(), nullptr);
 
   EXPECT_EQ(paths.findPath(nullptr, Vector(1, 1)), nullptr);
   EXPECT_TRUE(log->contains("PathManager::findPath(): Error! Object is NULL; no search made."));
   EXPECT_EQ(paths.removePathFind(nullptr), -1);
   EXPECT_EQ(paths.removePathFind(p_second), -1);  // already gone
-}
-
-TEST_F(PathManagerTest, EnclosedObjectHearsThatThereIsNoPath) {
-  setWorld(10, 10);
-  std::vector<qv::EventPath> events;
-  Probe *p_o = walker(Vector(5, 5), &events);
-  for (int y = 4; y <= 6; y++)
-    for (int x = 4; x <= 6; x++)
-      if (x != 5 || y != 5) block(x, y);
-  qv::PathManager::getInstance().findPath(p_o, Vector(0, 0));
-  drain();
-  ASSERT_EQ(events.size(), 1u);
-  EXPECT_EQ(events[0].getStatus(), qv::PATH_FAILED);
-  EXPECT_EQ(events[0].getPath().getNodeCount(), 0);
-  EXPECT_EQ(p_o->getPathFind(), nullptr);
-  EXPECT_FALSE(p_o->getFollowPath());
+  paths.shutDown();
+  EXPECT_EQ(paths.findPath(p_o, Vector(1, 1)), nullptr);
+  EXPECT_TRUE(
+      log->contains("PathManager::findPath(): Error! PathManager not started; no search made."));
 }
 
 TEST_F(PathManagerTest, SearchesTakeTurnsOneStepEach) {
   // Two floods of a world whose goal is walled in: neither ends soon, and
   // each round steps the first listed, then the second.
   setWorld(160, 48);
-  for (int y = 39; y <= 41; y++)
-    for (int x = 149; x <= 151; x++)
-      if (x != 150 || y != 40) block(x, y);
-  qv::PathManager &paths = qv::PathManager::getInstance();
-  std::vector<qv::EventPath> events;
-  qv::PathFind *p_a = paths.findPath(walker(Vector(1, 1), &events), Vector(150, 40));
-  qv::PathFind *p_b = paths.findPath(walker(Vector(1, 46), &events), Vector(150, 40));
+  surround(150, 40);
+  qv::PathFind *p_a = paths.findPath(walker("a", Vector(1, 1)), Vector(150, 40));
+  qv::PathFind *p_b = paths.findPath(walker("b", Vector(1, 46)), Vector(150, 40));
   // Every cycle starts a round with the first search, so a round cut short
   // by the budget gives the first one step more, never two.
   for (int i = 0; i < 5 && paths.getSearchCount() == 2; i++) {
@@ -104,32 +86,20 @@ TEST_F(PathManagerTest, SearchesTakeTurnsOneStepEach) {
 }
 
 TEST_F(PathManagerTest, SearchAfterAFinishedOneWaitsForTheNextRound) {
-  setWorld(10, 10);
-  qv::PathManager &paths = qv::PathManager::getInstance();
-  std::vector<std::string> order;
-  auto recorder = [&order](const std::string &name, Vector where) {
-    Probe *p_o = new Probe(where);
-    p_o->on_event = [p_o, name, &order](const qv::Event *p_e) {
-      if (p_e->getType() == qv::PATH_EVENT) order.push_back(name);
-      return p_o->qv::Object::eventHandler(p_e);
-    };
-    return p_o;
-  };
   // Each search ends on its first step (start = goal). When A leaves the
   // list, B moves into its place and the round goes on with C.
-  Probe *p_a = recorder("A", Vector(1, 1));
-  Probe *p_b = recorder("B", Vector(3, 3));
-  Probe *p_c = recorder("C", Vector(5, 5));
-  paths.findPath(p_a, p_a->getPosition());
-  paths.findPath(p_b, p_b->getPosition());
-  paths.findPath(p_c, p_c->getPosition());
+  setWorld(10, 10);
+  const struct {
+    const char *name;
+    Vector at;
+  } searches[] = {{"A", Vector(1, 1)}, {"B", Vector(3, 3)}, {"C", Vector(5, 5)}};
+  for (const auto &s : searches) paths.findPath(walker(s.name, s.at), s.at);
   drain();
-  EXPECT_EQ(order, (std::vector<std::string>{"A", "C", "B"}));
+  EXPECT_EQ(heard, (Lines{"A 2 (1,1)|", "C 2 (5,5)|", "B 2 (3,3)|"}));
 }
 
 TEST_F(PathManagerTest, KeptFinishedSearchIsReportedOnceThenDelisted) {
   setWorld(10, 10);
-  qv::PathManager &paths = qv::PathManager::getInstance();
   Probe *p_keeper = new Probe(Vector(1, 1));
   p_keeper->on_event = [](const qv::Event *) { return 1; };  // never releases
   qv::PathFind *p_search = paths.findPath(p_keeper, Vector(4, 1));
@@ -149,29 +119,15 @@ TEST_F(PathManagerTest, KeptFinishedSearchIsReportedOnceThenDelisted) {
 
 TEST_F(PathManagerTest, ObjectDestroyedMidSearchTakesItsSearchAlong) {
   setWorld(160, 48);
-  qv::PathManager &paths = qv::PathManager::getInstance();
-  std::vector<qv::EventPath> events;
-  Probe *p_gone = walker(Vector(1, 1), &events);
-  Probe *p_stays = walker(Vector(1, 2), &events);
+  Probe *p_gone = walker("gone", Vector(1, 1));
   qv::PathFind *p_search = paths.findPath(p_gone, Vector(158, 46));
-  paths.findPath(p_stays, Vector(4, 2));
+  paths.findPath(walker("stays", Vector(1, 2)), Vector(4, 2));
   for (int i = 0; i < 20; i++) p_search->cycleOnce();
   qv::WorldManager::getInstance().markForDelete(p_gone);
   qv::WorldManager::getInstance().update();
   EXPECT_EQ(paths.getSearchCount(), 1);
   drain();
-  ASSERT_EQ(events.size(), 1u);
-  EXPECT_EQ(events[0].getPath().toString(), "(1,2)|(2,2)|(3,2)|(4,2)|");
-}
-
-TEST(PathManagerAlone, RefusesSearchesUntilStarted) {
-  qvtest::LogCapture log;
-  ASSERT_TRUE(log.start());
-  qv::PathManager &paths = qv::PathManager::getInstance();
-  ASSERT_FALSE(paths.isStarted());
-  EXPECT_EQ(paths.findPath(nullptr, Vector(1, 1)), nullptr);
-  EXPECT_TRUE(
-      log.contains("PathManager::findPath(): Error! PathManager not started; no search made."));
+  EXPECT_EQ(heard, (Lines{"stays 2 (1,2)|(2,2)|(3,2)|(4,2)|"}));
 }
 
 // The whole engine, so that the frame time sets the minimum cycle time and
@@ -179,10 +135,8 @@ TEST(PathManagerAlone, RefusesSearchesUntilStarted) {
 class PathEngineTest : public qvtest::EngineFixture {
  protected:
   std::string config() const override {
-    return "headless:true,\nnetworking:false,\nframe_time:" + std::to_string(frame_time) +
-           ",\nrandom_seed:1,\nlog_level:5,\n";
+    return "headless:true,\nnetworking:false,\nframe_time:33,\nrandom_seed:1,\nlog_level:5,\n";
   }
-  int frame_time = 33;
 };
 
 TEST_F(PathEngineTest, StartsWithTheEngineAndKeepsItsBudgetFloor) {
@@ -213,27 +167,22 @@ TEST_F(PathEngineTest, StartsWithTheEngineAndKeepsItsBudgetFloor) {
   EXPECT_TRUE(log->contains("PathManager::shutDown(): successfully stopped."));
   EXPECT_TRUE(log->contains("Path manager stopped"));
   EXPECT_FALSE(paths.isStarted());
-}
 
-class ShortFramePathTest : public PathEngineTest {
- protected:
-  ShortFramePathTest() { frame_time = 9; }
-};
-
-TEST_F(ShortFramePathTest, NoFloorBelowTenMillisecondFrames) {
-  qv::PathManager &paths = qv::PathManager::getInstance();
+  // Frames under 10 ms leave no floor: a budget of nothing steps nothing.
+  ASSERT_EQ(restartWith("frame_time:9,\n"), 0);
   EXPECT_EQ(paths.getMinCycleTime(), 0);
   Probe *p_o = new Probe(Vector(1, 1));
   qv::PathFind *p_search = paths.findPath(p_o, Vector(3, 1));
   paths.cycle(0);
   EXPECT_EQ(p_search->getClosedCount(), 0);
-  EXPECT_EQ(p_o->count("qv-path"), 0);
 }
 
 TEST_F(PathEngineTest, FrameLoopDeliversThePathAndTheObjectWalksIt) {
-  std::vector<Vector> seen;
-  Probe *p_o = new Probe(Vector(2, 2));
+  std::vector<Vector> seen;  // at each frame's step, which comes before the world's update
+  Probe *p_o = new Probe(Vector(2, 2)), *p_idle = new Probe;
   p_o->registerInterest(qv::STEP_EVENT);
+  p_idle->registerInterest(qv::STEP_EVENT);
+  p_idle->setActive(false);
   p_o->on_event = [p_o, &seen](const qv::Event *p_e) {
     if (const auto *p_step = dynamic_cast<const qv::EventStep *>(p_e)) {
       seen.push_back(p_o->getPosition());
@@ -251,6 +200,8 @@ TEST_F(PathEngineTest, FrameLoopDeliversThePathAndTheObjectWalksIt) {
                                         Vector(3, 2), Vector(4, 2), Vector(5, 2),
                                         Vector(6, 2), Vector(6, 2), Vector(6, 2)};
   EXPECT_EQ(seen, expected);
+  EXPECT_EQ(qv::GameManager::getInstance().getStepCount(), 9);
+  EXPECT_EQ(p_idle->count("qv-step"), 0);
   EXPECT_EQ(p_o->count("qv-path"), 1);
   EXPECT_FALSE(p_o->getFollowPath());
   EXPECT_EQ(p_o->getDirection(), Vector(0, 0));

@@ -41,6 +41,7 @@ TEST_F(GridTest, CellsAtEdgesAndOutside) {
   EXPECT_EQ(cells(&p), "1,1");
   EXPECT_EQ(cells(&p, Vector(20, 16)), "0,1 1,1 0,2 1,2");  // box [19.5, 20.49] spans two columns
   EXPECT_EQ(cells(&p, Vector(0, 0)), "-1,-1 0,0");
+  EXPECT_EQ(cells(&p, Vector(25, 0)), "-1,-1 1,0");  // only the top edge is crossed
   EXPECT_EQ(cells(&p, Vector(159.6f, 47.6f)), "-1,-1 7,5");
   EXPECT_EQ(cells(&p, Vector(-5, 10)), "-1,-1");
   EXPECT_EQ(cells(&p, Vector(25, 1e30f)), "-1,-1");
