@@ -3,14 +3,9 @@
 #include "GameFixture.h"
 
 using qvtest::GameFixture;
+using qvtest::rows;
 
 namespace {
-
-std::string rows(int n) {
-  std::string text;
-  for (int i = 0; i < n; i++) text += "............\n";
-  return text;
-}
 
 struct Ability {
   const char *what;

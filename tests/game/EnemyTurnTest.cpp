@@ -6,6 +6,7 @@
 #include "GameFixture.h"
 
 using qvtest::GameFixture;
+using qvtest::rows;
 
 namespace {
 
@@ -17,13 +18,7 @@ struct Decision {
 
 const std::string ROW = "............\n";
 
-std::string rows(int n) {
-  std::string text;
-  for (int i = 0; i < n; i++) text += ROW;
-  return text;
-}
-
-const std::string WALLED = ".#..........\n.#..........\n.#..........\n.#..........\n.#..........\n";
+const std::string WALLED = rows(5, ".#..........\n");
 
 const Decision DECISIONS[] = {
     {"a wall one column to the left is broken down (an Ogre's 2 damage)",

@@ -11,14 +11,9 @@
 #include "core/GameManager.h"
 
 using qvtest::GameFixture;
+using qvtest::rows;
 
 namespace {
-
-std::string rows(int n) {
-  std::string text;
-  for (int i = 0; i < n; i++) text += "............\n";
-  return text;
-}
 
 // A display's drawn text without its padding.
 std::string shown(const qv::ViewObject *p_v) {

@@ -9,23 +9,18 @@
 #include "world/WorldManager.h"
 
 using qvtest::GameFixture;
+using qvtest::rows;
 
 namespace {
 
 const std::string EMPTY_ROW = "............\n";
 
-std::string repeat(const std::string &row, int n) {
-  std::string text;
-  for (int i = 0; i < n; i++) text += row;
-  return text;
-}
-
 // What the level start must leave after srand(seed): heroes at (6,6),
 // (4,3), (4,8), then 12 wall attempts of a column and a row draw each,
 // skipping taken tiles.
 std::string expectedStart(unsigned seed) {
-  std::string board = repeat(EMPTY_ROW, 12);
-  auto at = [&board](int c, int r) -> char & { return board[static_cast<size_t>(r * 13 + c)]; };
+  std::string board = rows(12);
+  auto at = [&board](int c, int r) -> char& { return board[static_cast<size_t>(r * 13 + c)]; };
   at(6, 6) = 'W';
   at(4, 3) = 'H';
   at(4, 8) = 'M';
@@ -76,16 +71,16 @@ TEST_F(GameFixture, SelectionColoursReachAlongPathsAndAttackReachThroughWalls) {
          ".....#......\n" +
          EMPTY_ROW +  //
          ".....W#.....\n" + EMPTY_ROW + EMPTY_ROW + EMPTY_ROW);
-  const std::string plain = repeat("cwwwwwwwwwww\n", 12);
+  const std::string plain = rows(12, "cwwwwwwwwwww\n");
   // The walled-in Hunter cannot move; its reach of 3 passes the walls.
   click(5, 5);
-  EXPECT_EQ(colours(), repeat("cwwwwwwwwwww\n", 4) +
+  EXPECT_EQ(colours(), rows(4, "cwwwwwwwwwww\n") +
                            "cwwwwrwwwwww\n"
                            "cwwwrgrwrwww\n"
                            "cwwwwrwwwwww\n"
                            "cwwwwwwwwwww\n"
                            "cwwwwgwwwwww\n" +
-                           repeat("cwwwwwwwwwww\n", 3));
+                           rows(3, "cwwwwwwwwwww\n"));
   // A left click on another unit keeps the selection; a right click drops it.
   click(5, 8);
   EXPECT_EQ(board().getSelected(), unitAt(5, 5));
@@ -96,7 +91,7 @@ TEST_F(GameFixture, SelectionColoursReachAlongPathsAndAttackReachThroughWalls) {
 
   // The Warrior's move of 2 does not reach (7, 8) behind the wall.
   click(5, 8);
-  EXPECT_EQ(colours(), repeat("cwwwwwwwwwww\n", 7) +
+  EXPECT_EQ(colours(), rows(7, "cwwwwwwwwwww\n") +
                            "cwwwgggwwwww\n"
                            "cwwgggrwwwww\n"
                            "cwwwgggwwwww\n"

@@ -29,6 +29,12 @@ qv::Vector tileCentre(int column, int row) {
 
 }  // namespace
 
+std::string rows(int n, const std::string &row) {
+  std::string text;
+  for (int i = 0; i < n; i++) text += row;
+  return text;
+}
+
 void GameFixture::SetUp() {
   EngineFixture::SetUp();
   qv::WorldManager::getInstance().setBoundary(qv::Box(qv::Vector(0, 0), 160, 48));

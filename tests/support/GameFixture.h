@@ -19,6 +19,9 @@ namespace qvtest {
 // to the input manager exactly as it delivers them. Boards are read and set
 // as 12 lines of 12 characters, one per row: W H M heroes, g i d o enemies
 // (Goblin, Imp, Deathwing, Ogre), # walls, . empty.
+// n copies of a row of a board picture ("............" unless given).
+std::string rows(int n, const std::string &row = "............\n");
+
 class GameFixture : public EngineFixture {
  protected:
   void SetUp() override;
