@@ -224,6 +224,7 @@ TEST_F(InputWindowTest, KeyRepeatIsOffWhileRunningAndPointerMovesArriveInCells) 
   input.getInput();
   EXPECT_EQ(
       log->count("InputManager::getInput(): DisplayManager unexpectedly returned null window!"), 1);
+  qv::WorldManager::getInstance().shutDown();  // deletes the recorder
 }
 
 // The keyboard picture must agree with the window library key by key. Each
