@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
-#include <sstream>
 
-#include "EngineFixture.h"
 #include "world/Box.h"
 #include "world/Vector.h"
 
@@ -30,27 +27,6 @@ TEST(VectorTest, ArithmeticNormalizationAndText) {
   EXPECT_TRUE(box != qv::Box(Vector(-0.5f, -0.5f), 0.99f, 1));
   EXPECT_TRUE(box != qv::Box(Vector(-0.5f, -0.5f), 1, 0.99f));
   EXPECT_EQ(box.toString(), "(-0.5,-0.5) h: 0.99 v: 0.99");
-}
-
-class VectorLogTest : public qvtest::LogFixture {};
-
-// No coordinate is no number or beyond a million cells: such a value ends
-// the record as a short one would, and the vector keeps what it had.
-TEST_F(VectorLogTest, ValuesNoObjectCanHaveAreRefused) {
-  const float cases[] = {std::numeric_limits<float>::quiet_NaN(),
-                         std::numeric_limits<float>::infinity(), -2e6f};
-  for (float bad : cases) {
-    std::stringstream ss;
-    qv::writeFloat(ss, 1);
-    qv::writeFloat(ss, bad);
-    Vector v(5, 6);
-    EXPECT_EQ(v.deserialize(&ss), -1);
-    EXPECT_EQ(v, Vector(5, 6));
-  }
-  for (const char *value : {"nan", "inf", "-2e+06"})
-    EXPECT_TRUE(log->contains(std::string("readFloat(): Error! Value ") + value +
-                              " out of range [-1e+06, 1e+06]; the record is refused."));
-  EXPECT_TRUE(log->contains("Vector::deserialize(): Error! Stream fail."));
 }
 
 }  // namespace
