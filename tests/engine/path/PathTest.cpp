@@ -182,7 +182,6 @@ TEST_F(PathTest, BlockedCellsMatchTheWorldsCollisionList) {
 }
 
 TEST_F(PathTest, ManagerAttachesReplacesAndDelivers) {
-  setWorld(20, 20);
   Probe *p_o = walker("walker", Vector(1, 1));
   qv::PathFind *p_first = paths.findPath(p_o, Vector(10, 10));
   ASSERT_NE(p_first, nullptr);
@@ -214,7 +213,6 @@ TEST_F(PathTest, ManagerAttachesReplacesAndDelivers) {
 TEST_F(PathTest, SearchesTakeTurnsOneStepEachRound) {
   // Each of these ends on its first step (start = goal). When A leaves the
   // list, B moves into its place and the round goes on with C.
-  setWorld(160, 48);
   for (Vector at : {Vector(1, 1), Vector(3, 3), Vector(5, 5)})
     paths.findPath(walker(at.toString(), at), at);
   drain();
@@ -239,7 +237,6 @@ TEST_F(PathTest, SearchesTakeTurnsOneStepEachRound) {
 }
 
 TEST_F(PathTest, KeptOrOrphanedSearchesLeaveTheList) {
-  setWorld(160, 48);
   Probe *p_keeper = new Probe(Vector(1, 1));
   p_keeper->on_event = [](const qv::Event *) { return 1; };  // never releases
   qv::PathFind *p_search = paths.findPath(p_keeper, Vector(4, 1));
