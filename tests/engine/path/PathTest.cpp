@@ -131,6 +131,7 @@ TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
   qv::PathFind rounded(nullptr, Vector(2.6f, 0.4f), Vector(2.5f, 7.49f));
   EXPECT_EQ(rounded.getStart().toString() + rounded.getGoal().toString(), "(3,0)(3,7)");
   EXPECT_TRUE(rounded.getPath().isDone());  // nothing found yet
+  EXPECT_EQ(rounded.getColumns() * 100 + rounded.getRows(), 1212);
   Probe *p_target = block(7, 7);
   p_target->setBox(qv::Box(Vector(-1.5f, -1.5f), 3, 3));  // covers 5.5 .. 8.5
   EXPECT_EQ(route(new Probe, p_target->getPosition(), p_target),

@@ -168,6 +168,9 @@ TEST_F(ObjectRecordTest, NewObjectWritesItsDefaultsOnceAndIdsOnlyMoveUp) {
                       le32(0) + le32(qv::NONE) + le32(2) + le32(qv::HARD) + NO + vec(0, 0) +
                       f32(0) + vec(0, 0) + le32(0xFFFFFFFF) + "<shape>" + NO + le64(0) + NO);
   EXPECT_EQ(record(p_o), le32(0));
+  p_o->setModified(qv::POSITION | qv::TYPE);
+  EXPECT_EQ(record(p_o, qv::POSITION), le32(qv::POSITION) + vec(1, 1));
+  EXPECT_EQ(p_o->getModified(), unsigned(qv::TYPE));  // only what was written counts as sent
 
   // A received id at or past the counter moves it on; a lower one does not.
   const int next = p_o->getId() + 1;
@@ -197,6 +200,12 @@ TEST_F(ObjectRecordTest, ForgedLengthsAndImpossibleValuesAreRefused) {
   EXPECT_EQ(record(p_o, qv::TYPE | qv::EVENTS | qv::POSITION),
             le32(0x68) + le32(0) + vec(1, 1) + str("(Undefined)"));
   EXPECT_TRUE(log->contains("Object::deserialize(): Error! Stream fail."));
+  // The largest values an object can have, a million cells out, the world takes.
+  const std::string million = f32(1e6f);
+  EXPECT_EQ(apply(p_o, le32(qv::POSITION | qv::BOX) + million + million + million + million +
+                           million + million),
+            0);
+  qv::WorldManager::getInstance().update();
 }
 
 TEST_F(ObjectRecordTest, ViewObjectAndTextBoxCarryTheirOwnGroups) {

@@ -81,7 +81,8 @@ TEST_F(SceneGraphTest, GridCellsAtEdgesAndOutside) {
   EXPECT_TRUE(graph.getCollisions(&mover, Vector(10, 10)).isEmpty());
 
   // A new boundary re-enters what is there; an empty world lists everything outside.
-  qv::WorldManager::getInstance().setBoundary(qv::Box(Vector(0, 0), 200, 100));
+  qv::WorldManager::getInstance().setBoundary(qv::Box(Vector(0, 0), 161, 100));
+  EXPECT_EQ(grid().getNumCols() * 100 + grid().getNumRows(), 913);  // part cells count
   EXPECT_EQ(where(&wide), "asv2t 0,1 1,1");
   qv::WorldManager::getInstance().setBoundary(qv::Box());
   EXPECT_EQ(where(&wide), "asv2t -1,-1");
