@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
@@ -44,11 +43,6 @@ class WorldFixture : public ::testing::Test {
     qv::GameManager::getInstance().setGameOver(game_over);
   }
   void setLogLevel(int level) { qv::LogManager::getInstance().setLogLevel(level); }
-  std::string pointer(const void *p) const {
-    char text[32];
-    std::snprintf(text, sizeof text, "%p", p);
-    return text;
-  }
 
   std::unique_ptr<LogCapture> log;
   bool game_over = false;

@@ -1,20 +1,30 @@
 #include <gtest/gtest.h>
 
 #include "WorldFixture.h"
+#include "world/Grid.h"
 #include "world/SceneGraph.h"
 
+namespace {
+
+using qv::Grid;
 using qv::Object;
 using qv::Vector;
 using qvtest::Probe;
 
-namespace {
-
 class SceneGraphTest : public qvtest::WorldFixture {
  protected:
   qv::SceneGraph &graph = qv::WorldManager::getInstance().getSceneGraph();
+  const Grid &grid() const { return graph.getGrid(); }
 
-  // Which indexes hold p_o, as a short text: a(ctive) i(nactive) s(olid)
-  // v<altitude> t(ype map) g(rid).
+  // The grid cells of p_o placed at where, as "c,r c,r ...".
+  std::string cells(const Object *p_o, Vector where) const {
+    std::string s;
+    for (const Grid::Cell &c : grid().getCells(p_o, where))
+      s += (s.empty() ? "" : " ") + std::to_string(c.col) + "," + std::to_string(c.row);
+    return s;
+  }
+  // Which indexes hold p_o: a(ctive) i(nactive) s(olid) v<altitude> t(ype
+  // map), then the grid cells whose lists hold it.
   std::string where(const Object *p_o) const {
     std::string s;
     if (graph.activeObjects().contains(p_o)) s += "a";
@@ -23,74 +33,132 @@ class SceneGraphTest : public qvtest::WorldFixture {
     for (int alt = 0; alt <= qv::ALTITUDE_MAX; alt++)
       if (graph.visibleObjects(alt).contains(p_o)) s += "v" + std::to_string(alt);
     if (graph.objectsOfType(p_o->getType()).contains(p_o)) s += "t";
-    const qv::Grid &grid = graph.getGrid();
-    for (const qv::Grid::Cell &c : grid.getCells(p_o, p_o->getPosition()))
-      if (grid.getCellList(c.col, c.row)->contains(p_o)) return s + "g";
+    for (int row = -1; row < grid().getNumRows(); row++)
+      for (int col = -1; col < grid().getNumCols(); col++)
+        if (grid().getCellList(col, row) && grid().getCellList(col, row)->contains(p_o))
+          s += " " + std::to_string(col) + "," + std::to_string(row);
     return s;
   }
 };
 
-}  // namespace
+TEST_F(SceneGraphTest, GridCellsAtEdgesAndOutside) {
+  ASSERT_EQ(grid().getNumCols() * 10 + grid().getNumRows(), 86);  // 160 x 48 in 20 x 8 cells
+  Probe p(Vector(25, 10));
+  const struct {
+    Vector at;
+    const char *cells;
+  } cases[] = {
+      {Vector(25, 10), "1,1"},
+      {Vector(20, 16), "0,1 1,1 0,2 1,2"},  // box [19.5, 20.49] spans two columns
+      {Vector(0, 0), "-1,-1 0,0"},
+      {Vector(25, 0), "-1,-1 1,0"},  // top edge only
+      {Vector(159.6f, 47.6f), "-1,-1 7,5"},
+      {Vector(-5, 10), "-1,-1"},
+      {Vector(25, 1e30f), "-1,-1"},
+  };
+  for (const auto &c : cases) EXPECT_EQ(cells(&p, c.at), c.cells) << c.at.toString();
 
-TEST_F(SceneGraphTest, ActivityVisibilityAltitudeAndSolidness) {
+  // Lists follow moves, box changes and solidness.
+  std::string seen;
+  p.setPosition(Vector(40, 12));  // box reaches into column 2
+  seen += where(&p) + "|";
+  p.setPosition(Vector(300, 300));
+  seen += where(&p) + "|";
+  p.setPosition(Vector(25, 10));
+  p.setBox(qv::Box(Vector(-15, -5), 30, 10));  // [10, 40] x [5, 15]
+  seen += where(&p) + "|";
+  p.setSolidness(qv::SPECTRAL);
+  seen += where(&p);
+  EXPECT_EQ(seen, "asv2t 1,1 2,1|asv2t -1,-1|asv2t 0,0 1,0 2,0 0,1 1,1 2,1|av2t");
+
+  // Collisions: each object once, never the mover, never a spectral one.
+  Probe mover(Vector(10, 10)), wide(Vector(20, 10));
+  wide.setBox(qv::Box(Vector(-1, -0.5f), 2, 0.99f));  // spans columns 0 and 1
+  Probe near(Vector(19.2f, 10.5f));
+  qv::ObjectList hits = graph.getCollisions(&mover, Vector(20, 10));
+  ASSERT_EQ(hits.getCount(), 2);
+  EXPECT_TRUE(hits[0] == &wide && hits[1] == &near);
+  EXPECT_TRUE(graph.getCollisions(&mover, Vector(10, 10)).isEmpty());
+
+  // A new boundary re-enters what is there; an empty world lists everything outside.
+  qv::WorldManager::getInstance().setBoundary(qv::Box(Vector(0, 0), 161, 100));
+  EXPECT_EQ(grid().getNumCols() * 100 + grid().getNumRows(), 913);  // part cells count
+  EXPECT_EQ(where(&wide), "asv2t 0,1 1,1");
+  qv::WorldManager::getInstance().setBoundary(qv::Box());
+  EXPECT_EQ(where(&wide), "asv2t -1,-1");
+  EXPECT_EQ(graph.getCollisions(&near, near.getPosition()).getCount(), 1);
+}
+
+TEST_F(SceneGraphTest, ActivityVisibilityAltitudeSolidnessAndType) {
   Probe p(Vector(30, 20));
-  EXPECT_EQ(where(&p), "asv2tg");
-  EXPECT_EQ(p.setActive(false), 0);
-  EXPECT_EQ(where(&p), "i");
+  std::string seen;
+  auto note = [&] { seen += where(&p) + "|"; };
+  note();
+  p.setActive(false);
   // Changes made while inactive touch no index and are taken up on reactivation.
   p.setAltitude(3);
   p.setPosition(Vector(50, 30));
-  EXPECT_EQ(where(&p), "i");
-  EXPECT_EQ(p.setActive(true), 0);
-  EXPECT_EQ(where(&p), "asv3tg");
+  p.setType("Hero");
+  note();
+  p.setActive(true);
+  note();
   p.setActive(false);
   p.setSolidness(qv::SPECTRAL);
   p.setVisible(false);
   p.setActive(true);
-  EXPECT_EQ(where(&p), "at");
+  note();
+  p.setVisible(true);
+  p.setAltitude(0);
+  note();
+  p.setSolidness(qv::HARD);
+  p.setSolidness(qv::SOFT);
+  p.setVisible(false);
+  p.setType("Enemy");
+  note();
+  EXPECT_EQ(seen, "asv2t 1,2|i|asv3t 2,3|at|av0t|ast 2,3|");
+  EXPECT_EQ(graph.objectsOfType("Hero").getCount() + graph.objectsOfType("Enemy").getCount(), 1);
 
-  EXPECT_EQ(p.setVisible(true), 0);
-  EXPECT_EQ(p.setAltitude(0), 0);
-  EXPECT_EQ(where(&p), "av0t");
-  EXPECT_EQ(p.setSolidness(qv::HARD), 0);
-  EXPECT_EQ(p.setSolidness(qv::SOFT), 0);
-  EXPECT_EQ(where(&p), "asv0tg");
-  EXPECT_EQ(p.setVisible(false), 0);
-  EXPECT_EQ(where(&p), "astg");
-
-  EXPECT_TRUE(graph.visibleObjects(5).isEmpty());
-  EXPECT_TRUE(graph.visibleObjects(-1).isEmpty());
-  EXPECT_TRUE(log->contains("SceneGraph::visibleObjects(): Warning! altitude 5 not in [0,4]."));
-  EXPECT_TRUE(log->contains("SceneGraph::visibleObjects(): Warning! altitude -1 not in [0,4]."));
-}
-
-TEST_F(SceneGraphTest, TypeChangesRemovalAndBoundaryChanges) {
-  Probe a, b;
-  a.setType("Hero");
-  b.setType("Hero");
-  b.setActive(false);
-  EXPECT_EQ(graph.objectsOfType("Hero").getCount(), 1);
-  EXPECT_TRUE(graph.objectsOfType("(Undefined)").isEmpty());
-  // An inactive object is in no type list: the change is reported, and made.
-  b.setType("Enemy");
-  EXPECT_TRUE(log->contains("SceneGraph::updateType(): Error! Unable to remove Object (" +
-                            std::to_string(b.getId()) + ") type Hero"));
-  b.setActive(true);
-  EXPECT_EQ(where(&b), "asv2tg");
-  EXPECT_TRUE(graph.objectsOfType("Enemy").contains(&b));
-
-  // Removal failures are reported; a new boundary re-enters what is left.
-  Probe p(Vector(30, 10)), q(Vector(30.5f, 10));
+  // Failures are reported: an inactive object is in no type list, so its
+  // change of type above was reported, and made.
+  EXPECT_TRUE(graph.visibleObjects(5).isEmpty() && graph.visibleObjects(-1).isEmpty());
   EXPECT_EQ(graph.removeObject(&p), 0);
   EXPECT_EQ(where(&p), "");
   EXPECT_EQ(graph.removeObject(&p), -1);
-  EXPECT_TRUE(log->contains("SceneGraph::removeObject(): Error removing Object (id " +
-                            std::to_string(p.getId()) + ")! Pointer is " + pointer(&p) + "."));
-  EXPECT_EQ(graph.insertObject(&p), 0);
-  qv::WorldManager::getInstance().setBoundary(qv::Box(Vector(0, 0), 200, 100));
-  EXPECT_EQ(graph.getGrid().getNumCols(), 10);
-  EXPECT_EQ(where(&p), "asv2tg");
-  qv::ObjectList hits = graph.getCollisions(&p, p.getPosition());
-  ASSERT_EQ(hits.getCount(), 1);
-  EXPECT_EQ(hits[0], &q);
+  char address[32];
+  std::snprintf(address, sizeof address, "%p", static_cast<void *>(&p));
+  EXPECT_EQ(
+      log->messages(),
+      (std::vector<std::string>{"SceneGraph::updateType(): Error! Unable to remove Object (" +
+                                    std::to_string(p.getId()) + ") type (Undefined)",
+                                "SceneGraph::visibleObjects(): Warning! altitude 5 not in [0,4].",
+                                "SceneGraph::visibleObjects(): Warning! altitude -1 not in [0,4].",
+                                "SceneGraph::removeObject(): Error removing Object (id " +
+                                    std::to_string(p.getId()) + ")! Pointer is " + address + "."}));
+  graph.insertObject(&p);
 }
+
+TEST(GridAlone, RefusesWorkWithoutCellsOrObject) {
+  qvtest::LogCapture log;
+  ASSERT_TRUE(log.start());
+  Grid grid;
+  for (int allocated = 0; allocated < 2; allocated++) {
+    EXPECT_EQ(grid.insertObject(nullptr), -1);
+    EXPECT_EQ(grid.removeObject(nullptr), -1);
+    EXPECT_EQ(grid.updatePosition(nullptr, Vector()), -1);
+    EXPECT_TRUE(grid.getCollisions(nullptr, Vector()).isEmpty());
+    for (const char *op : {"insertObject", "removeObject", "updatePosition", "getCollisions"})
+      EXPECT_TRUE(log.contains(std::string("Grid::") + op + "(): Error! " +
+                               (allocated ? "Object" : "grid") + " is NULL"))
+          << op;
+    ASSERT_EQ(grid.startUp(), allocated ? -1 : 0);
+  }
+  EXPECT_TRUE(log.contains("Grid::startUp(): Warning! Grid allocated. Not proceeding."));
+  grid.shutDown();
+  grid.shutDown();
+  EXPECT_FALSE(grid.isAllocated());
+  EXPECT_EQ(grid.setCellSize(0, 5), -1);
+  EXPECT_TRUE(
+      log.contains("Grid::setCellSize(): Error! cell size 0 x 5 not positive, keeping 20 x 8."));
+}
+
+}  // namespace

@@ -1,33 +1,23 @@
 #include <gtest/gtest.h>
 
 #include "WorldFixture.h"
+#include "core/GameManager.h"
+#include "input/InputManager.h"
+#include "network/NetworkManager.h"
+#include "path/EventPath.h"
+
+namespace {
 
 using qv::Box;
 using qv::Object;
 using qv::Vector;
 using qvtest::Probe;
-
-namespace {
+using Lines = std::vector<std::string>;
 
 class WorldTest : public qvtest::WorldFixture {
  protected:
   qv::WorldManager &world = qv::WorldManager::getInstance();
 };
-
-}  // namespace
-
-TEST_F(WorldTest, StartAndStop) {
-  setLogLevel(5);
-  EXPECT_EQ(world.startUp(), -1);
-  EXPECT_TRUE(log->contains("WorldManager::startup(): Warning! WorldManager already started."));
-  world.shutDown();
-  EXPECT_TRUE(log->contains("WorldManager::shutDown(): Successfully stopped."));
-  ASSERT_EQ(world.startUp(), 0);
-  EXPECT_TRUE(log->contains("WorldManager::startUp(): successfully started."));
-  EXPECT_EQ(world.insertObject(nullptr), -1);
-  EXPECT_EQ(world.removeObject(nullptr), -1);
-  EXPECT_EQ(world.moveObject(nullptr, Vector(6, 5)), -1);
-}
 
 TEST_F(WorldTest, CollisionsStopOrPassByTheSolidnessOfBothParties) {
   const struct {
@@ -56,15 +46,12 @@ TEST_F(WorldTest, CollisionsStopOrPassByTheSolidnessOfBothParties) {
                     e.getPosition() == Vector(6, 5));
     }
   }
-}
 
-TEST_F(WorldTest, HandlersHaveTheirSayBeforeTheMoveIsJudged) {
-  // A wall that gives way when hit (turning spectral) lets the mover through.
+  // A wall that gives way when hit (turning spectral) lets the mover through;
+  // a handler that moves the mover wins over the move.
   Probe mover(Vector(5, 5)), door(Vector(6, 5));
   door.on_event = [&](const qv::Event *) { return door.setSolidness(qv::SPECTRAL), 1; };
   EXPECT_EQ(world.moveObject(&mover, Vector(6, 5)), 0);
-  EXPECT_EQ(mover.getPosition(), Vector(6, 5));
-  // A handler that moves the mover wins over the move.
   door.setSolidness(qv::SOFT);
   mover.setPosition(Vector(5, 5));
   mover.on_event = [&](const qv::Event *) { return mover.setPosition(Vector(5, 8)), 1; };
@@ -83,13 +70,11 @@ TEST_F(WorldTest, AvoidingObstaclesSlidesAlongThem) {
   world.update();
   EXPECT_EQ(mover.getPosition(), Vector(5, 6));
   EXPECT_EQ(mover.getDirection(), direction);  // only the move slid
-  EXPECT_TRUE(mover.collisions.empty());
-  EXPECT_TRUE(wall.collisions.empty());
+  EXPECT_TRUE(mover.collisions.empty() && wall.collisions.empty());
 
   // With the slide blocked too, nothing moves and nobody is told.
   setLogLevel(5);
   Probe floor(Vector(5, 7.5f));
-  mover.setPosition(Vector(5, 6));
   wall.setPosition(Vector(6, 6));
   EXPECT_EQ(world.moveObject(&mover, mover.predictPosition()), -1);
   EXPECT_EQ(mover.getPosition(), Vector(5, 6));
@@ -127,29 +112,16 @@ TEST_F(WorldTest, NormalFacesTheSideTheMoverMeetsFirst) {
   EXPECT_EQ(log->count("getNormal(): No collision detected. Returning (0,0)."), 1);
 }
 
-TEST_F(WorldTest, LeavingTheWorldIsReportedOnce) {
-  Probe p(Vector(158, 10));
-  p.setVelocity(Vector(2, 0));
-  world.update();
-  EXPECT_EQ(p.count("qv-out"), 0);  // [157.5, 160.49] still touches the edge
-  world.update();
-  world.update();
-  EXPECT_EQ(p.count("qv-out"), 1);
-  EXPECT_EQ(p.getPosition(), Vector(164, 10));
-}
-
 TEST_F(WorldTest, ViewFollowsWithSlackAndStaysInTheWorld) {
   world.setViewSlack(Vector(0.33333334f, 0.33333334f));
   Probe p(Vector(40, 12));
   ASSERT_EQ(world.setViewFollowing(&p), 0);
-  world.moveObject(&p, Vector(50, 12));  // inside the slack: the view stays
-  EXPECT_EQ(world.getView().getCorner(), Vector(0, 0));
-  world.moveObject(&p, Vector(60, 12));
-  EXPECT_NEAR(world.getView().getCorner().getX(), 60 - (40 + 13.333333), 1e-3);
-  EXPECT_EQ(world.getView().getCorner().getY(), 0);
-  world.moveObject(&p, Vector(30, 12));  // past the slack on the left
-  EXPECT_NEAR(world.getView().getCorner().getX(), 30 + 13.333333 - 40, 1e-3);
-
+  std::string corners;
+  for (Vector to : {Vector(50, 12), Vector(60, 12), Vector(30, 12)}) {
+    world.moveObject(&p, to);  // inside the slack, past it on the right, on the left
+    corners += world.getView().getCorner().toString();
+  }
+  EXPECT_EQ(corners, "(0,0)(6.66666,0)(3.33334,0)");
   world.setViewSlack(Vector(0, 0));
   world.moveObject(&p, Vector(70, 30));
   EXPECT_EQ(world.getView().getCorner(), Vector(30, 18));
@@ -162,7 +134,12 @@ TEST_F(WorldTest, ViewFollowsWithSlackAndStaysInTheWorld) {
   EXPECT_TRUE(
       log->contains("WorldManager::setViewSlack(): Warning! view slack units out of range [0-1]"));
 
-  EXPECT_EQ(world.setViewFollowing(nullptr), 0);
+  // Leaving the world is reported once: [157.5, 160.49] still touches the edge.
+  p.setPosition(Vector(158, 10));
+  p.setVelocity(Vector(2, 0));
+  for (int i = 0; i < 3; i++, world.update()) EXPECT_EQ(p.count("qv-out"), i < 2 ? 0 : 1) << i;
+  EXPECT_EQ(p.count("qv-out"), 1);
+
   Probe *p_gone = new Probe;
   world.removeObject(p_gone);
   EXPECT_EQ(world.setViewFollowing(p_gone), -1);
@@ -175,18 +152,18 @@ TEST_F(WorldTest, ViewFollowsWithSlackAndStaysInTheWorld) {
   EXPECT_EQ(world.getViewFollowing(), nullptr);
 }
 
-TEST_F(WorldTest, DeletionHappensAtTheEndOfTheUpdate) {
-  std::vector<std::string> deleted;
-  auto doomed = [&](const char *name, float x) {
+TEST_F(WorldTest, DeletionHappensAtTheEndOfTheUpdateAndAtShutDown) {
+  Lines deleted;
+  auto doomed = [&](const char *name, float x, bool active = true) {
     Probe *p_o = new Probe(Vector(x, 10));
     p_o->setVelocity(Vector(1, 0));
+    p_o->setActive(active);
     p_o->on_delete = [&deleted, name](Probe *p) {
       deleted.push_back(name + p->getPosition().toString());
     };
     return p_o;
   };
-  Probe *p_a = doomed("a", 10), *p_b = doomed("b", 20), *p_c = doomed("c", 30);
-  p_c->setVelocity(Vector(0, 0));
+  Probe *p_a = doomed("a", 10), *p_b = doomed("b", 20), *p_c = doomed("c", 30, false);
   p_b->on_delete = [&](Probe *p) {
     deleted.push_back("b" + p->getPosition().toString());
     world.markForDelete(p_c);  // deleted in the same pass
@@ -196,28 +173,27 @@ TEST_F(WorldTest, DeletionHappensAtTheEndOfTheUpdate) {
   EXPECT_EQ(world.getDeletions().getCount(), 1);
   world.markForDelete(p_a);
   world.update();
-  EXPECT_EQ(deleted, (std::vector<std::string>{"b(21,10)", "a(11,10)", "c(30,10)"}));
+  EXPECT_EQ(deleted, (Lines{"b(21,10)", "a(11,10)", "c(30,10)"}));
   EXPECT_TRUE(world.getDeletions().isEmpty());
-  EXPECT_TRUE(world.getAllObjects(true).isEmpty());
-}
 
-TEST_F(WorldTest, ShutDownDeletesEveryObject) {
-  int deleted = 0;
-  for (int i = 0; i < 4; i++) {
-    Probe *p_o = new Probe(Vector(static_cast<float>(i), 3));
-    p_o->on_delete = [&](Probe *) { deleted++; };
-    p_o->setActive(i < 2);
-  }
-  qv::ObjectList all = world.getAllObjects(true);
-  ASSERT_EQ(all.getCount(), 4);
-  EXPECT_TRUE(all[1]->isActive() && !all[2]->isActive());  // active ones first
-  EXPECT_EQ(world.getAllObjects().getCount(), 2);
-  world.markForDelete(all[0]);
+  // Shut-down deletes every object, active ones first, and forgets the marks.
+  doomed("d", 1, false);
+  world.markForDelete(doomed("e", 2));
+  setLogLevel(5);
   world.shutDown();
-  EXPECT_EQ(deleted, 4);
-  ASSERT_EQ(world.startUp(), 0);
-  world.update();  // the earlier mark is forgotten, not replayed
-  EXPECT_EQ(deleted, 4);
+  EXPECT_EQ(deleted.size(), 5u);
+  EXPECT_EQ(deleted[3], "e(2,10)");
+  EXPECT_EQ(world.startUp(), 0);
+  EXPECT_EQ(world.startUp(), -1);
+  world.update();
+  EXPECT_EQ(deleted.size(), 5u);
+  for (const char *line : {"WorldManager::shutDown(): Successfully stopped.",
+                           "WorldManager::startUp(): successfully started.",
+                           "WorldManager::startup(): Warning! WorldManager already started."})
+    EXPECT_TRUE(log->contains(line)) << line;
+  EXPECT_EQ(world.insertObject(nullptr) + world.removeObject(nullptr) +
+                world.moveObject(nullptr, Vector(6, 5)),
+            -3);
 }
 
 TEST_F(WorldTest, DrawsLowAltitudesFirstAndOnlyWhatIsInView) {
@@ -241,3 +217,136 @@ TEST_F(WorldTest, DrawsLowAltitudesFirstAndOnlyWhatIsInView) {
   world.draw();
   EXPECT_EQ(drawn, (std::vector<int>{1, 3, 7, 0, 2}));
 }
+
+TEST_F(WorldTest, ObjectSettersRefuseBadValuesAndMarkOnlyChanges) {
+  Probe p;
+  p.setModified(0);
+  EXPECT_EQ(p.setAltitude(5) + p.setAltitude(-1) + p.setSolidness(qv::Solidness(3)) +
+                p.setSprite("no-such-sprite"),
+            -4);
+  EXPECT_EQ(p.setPosition(Vector(1, 1)), 0);
+  p.setDirection(Vector(0, 2));
+  EXPECT_EQ(p.getDirection(), Vector(0, 1));
+  EXPECT_EQ(p.getModified(), 0u);  // nothing refused or unchanged is marked, nor a direction
+  EXPECT_EQ(log->messages(),
+            (Lines{"Object::setAltitude(): Altitude 5 not in range [0,4].  Ignored.",
+                   "Object::setAltitude(): Altitude -1 not in range [0,4].  Ignored.",
+                   "Object::setSolidness(): Solidness 3 not one of HARD, SOFT or SPECTRAL.",
+                   "RM::getSprite(): Warning! Sprite 'no-such-sprite' not found.",
+                   "Object::setSprite(): Warning! Sprite 'no-such-sprite' not found"}));
+
+  p.setVelocity(Vector(3, 4));
+  EXPECT_EQ(p.getModified(), unsigned(qv::SPEED | qv::DIRECTION));
+  EXPECT_EQ(
+      std::to_string(p.getSpeed()) + p.getDirection().toString() + p.predictPosition().toString(),
+      "5.000000(0.6,0.8)(4,5)");
+  p.setModified(0);
+  p.setAltitude(4);
+  p.setSolidness(qv::SOFT);
+  p.setActive(false);
+  p.setVisible(false);
+  p.setType("Hero");
+  p.setPosition(Vector(3, 3));
+  p.setBox(Box(Vector(-1, -1), 2, 2));
+  p.setAcceleration(Vector(0, 1));
+  p.setAvoidCollisions(true);
+  p.setNoSoft(true);
+  EXPECT_EQ(p.getModified(),
+            0x3FFFFu & ~unsigned(qv::ID | qv::EVENTS | qv::ANIMATION | qv::SPEED | qv::DIRECTION |
+                                 qv::SHAPE | qv::PATH | qv::FOLLOW_PATH));
+}
+
+TEST_F(WorldTest, ObjectRegistrationLimitsOrderAndRouting) {
+  {
+    Probe p;
+    for (int i = 0; i < qv::INTEREST_MAX; i++)
+      ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
+    EXPECT_EQ(p.registerInterest("e100"), -1);
+    EXPECT_EQ(p.unregisterInterest("e1"), 0);
+    EXPECT_EQ(p.registerInterest("e100"), 0);
+    EXPECT_EQ(p.getEvent(1) + p.getEvent(99), "e2e100");
+    EXPECT_EQ(p.unregisterInterest("never"), -1);
+    // Types the world sends without registration are refused and not stored.
+    p.unregisterInterest("e0");
+    EXPECT_EQ(p.registerInterest("qv-collision"), -1);
+    EXPECT_EQ(p.getEventCount(), 99);
+  }
+  EXPECT_EQ(log->messages(),
+            (Lines{"Object::registerInterest(): maximum (100) reached, cannot register for event "
+                   "'e100'",
+                   "Object::unregisterInterest(): event 'never' not previously registered",
+                   "WorldManager::isValid(): Event qv-collision handled automatically.",
+                   "Manager(WorldManager)::registerInterest(): Event 'qv-collision' not valid for "
+                   "this Manager"}));
+
+  Probe *p_o = new Probe;
+  const struct {
+    const char *type;
+    qv::Manager &manager;
+  } routes[] = {
+      {"qv-step", qv::GameManager::getInstance()},
+      {"qv-keyboard", qv::InputManager::getInstance()},
+      {"qv-network-create", qv::NetworkManager::getInstance()},
+      {"playerturn", world},
+      {"qv-path", world},
+  };
+  for (const auto &route : routes) {
+    ASSERT_EQ(p_o->registerInterest(route.type), 0) << route.type;
+    EXPECT_TRUE(route.manager.getInterested(route.type).contains(p_o)) << route.type;
+  }
+  EXPECT_EQ(p_o->unregisterInterest("qv-network-create"), 0);
+  EXPECT_FALSE(qv::NetworkManager::getInstance().getInterested("qv-network-create").contains(p_o));
+  // Deletion withdraws every remaining registration.
+  world.markForDelete(p_o);
+  world.update();
+  for (const auto &route : routes) EXPECT_TRUE(route.manager.getInterested(route.type).isEmpty());
+}
+
+TEST_F(WorldTest, ObjectFollowsAPathAndAccelerates) {
+  Probe *p_o = new Probe(Vector(10, 10));
+  qv::EventPath failed;
+  qv::Event fake_path;
+  fake_path.setType("qv-path");
+  EXPECT_EQ(p_o->eventHandler(&failed) * 10 + p_o->eventHandler(&fake_path), 10);
+  EXPECT_FALSE(p_o->getFollowPath());
+  EXPECT_TRUE(log->contains("Object::eventHandler(): Error! Dynamic cast to EventPath failed."));
+
+  // Waypoints within 0.75 cells (speed 1) are passed at once, the third at 0.8 is not.
+  qv::Path path;
+  path.setNodes({Vector(10.5f, 10), Vector(10.5f, 10.7f), Vector(10.5f, 11.5f)});
+  p_o->setPath(path);
+  p_o->setVelocity(Vector(0, 1));
+  p_o->setFollowPath(false);  // turns toward the waypoint all the same
+  EXPECT_EQ(p_o->getDirection(), Vector(1, 0));
+  p_o->setFollowPath(true);
+  p_o->followPathStep();
+  EXPECT_EQ(p_o->getPosition().toString() + p_o->getDirection().toString(), "(10.5,10.7)(0,1)");
+
+  Probe *p_car = new Probe(Vector(30, 30));
+  p_car->setAcceleration(Vector(0.5f, 0));
+  world.update();
+  world.update();
+  EXPECT_EQ(p_car->getPosition().toString() + p_car->getVelocity().toString(), "(30.5,30)(1,0)");
+}
+
+TEST(ObjectOutsideWorld, CreationAndDeletionWithoutAStartedWorld) {
+  qvtest::LogCapture log;
+  ASSERT_TRUE(log.start(2));
+  Object *p_o = new Object;
+  char address[32];
+  std::snprintf(address, sizeof address, "%p", static_cast<void *>(p_o));
+  const std::string id = std::to_string(p_o->getId());
+  delete p_o;
+  EXPECT_EQ(
+      log.messages(),
+      (Lines{"WorldManager::insertObject(): Warning! Not adding Object " + id,
+             "                              because WorldManager not started.",
+             "Object::Object(): Error! Unable to add " + std::string(address) + " to game world.",
+             "Grid::removeObject(): Error! grid is NULL",
+             "SceneGraph::removeObject(): Error removing Object (id " + id + ")! Pointer is " +
+                 address + ".",
+             "Object::~Object(): Error! Unable to remove " + std::string(address) +
+                 " from game world."}));
+}
+
+}  // namespace
