@@ -96,23 +96,14 @@ TEST_F(SplashTest, NinetyStepsOrUntilAKeyAndNothingIsLeft) {
     int last = -1;
     Probe *probe = stepProbe(key_step, [&](int step) {
       last = step;
-      auto *banner = findObject("Splash");
       auto *emblem = dynamic_cast<qv::SplashQuorvelle *>(findObject("SplashQuorvelle"));
       ASSERT_EQ(emblem != nullptr, step >= 15) << "step " << step;
-      if (step == 0) {
-        // Beyond the right edge, mid-height, to slide 11 left of the middle in 2 steps.
-        EXPECT_EQ(banner->getPosition(), Vector(80 + 23.5f, 12));
-        EXPECT_EQ(banner->getVelocity(), Vector(-(23.5f + 40 + 11) / 2, 0));
-        EXPECT_EQ(banner->getAnimation().getSlowdownCount(), -1);  // the frame changes by hand
-      } else if (step == 15) {
+      if (step == 15) {
         // Made six rows below the view a step ago, to rise to its row in 30 steps.
         const Vector target = emblem->getTarget();
-        EXPECT_EQ(target, banner->getPosition() + Vector(24, 1));
+        EXPECT_EQ(target, findObject("Splash")->getPosition() + Vector(24, 1));
         EXPECT_EQ(emblem->getVelocity(), Vector(0, -(30 - target.getY()) / 30));
         EXPECT_EQ(emblem->getPosition(), Vector(target.getX(), 30) + emblem->getVelocity());
-      } else if (step == 46) {  // stopped on its row, not a step later
-        EXPECT_EQ(emblem->getVelocity(), Vector(0, 0));
-        EXPECT_NEAR(emblem->getPosition().getY(), emblem->getTarget().getY(), 0.001);
       }
     });
     EXPECT_EQ(qv::splash(), 0);
