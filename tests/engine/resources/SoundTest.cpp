@@ -33,14 +33,12 @@ class SoundTest : public qvtest::ResourceFixture {};
 TEST_F(SoundTest, PlaysByLabelUpToTheLimitsAndStopsAtShutDown) {
   // A second's worth, so it is still playing when looked at.
   ASSERT_EQ(rm().loadSound(writeWav(dir.file("boom.wav"), 8000), "boom"), 0);
-  ASSERT_EQ(rm().loadSound(writeWav(dir.file("click.wav"), 400), "click"), 0);
   const std::string tune = writeWav(dir.file("tune.wav"), 16000);
   ASSERT_EQ(rm().loadMusic(tune, "menu"), 0);
   ASSERT_EQ(rm().loadMusic(tune, "level"), 0);
   qv::Sound *p_boom = rm().getSound("boom");
   qv::Music *p_music = rm().getMusic("level");
   ASSERT_TRUE(p_boom && p_music);
-  EXPECT_EQ(rm().getSound("click")->getSound()->getBuffer()->getSampleCount(), 400u);
 
   qv::LogManager::getInstance().setLogLevel(5);
   p_boom->play(true);
