@@ -46,7 +46,6 @@ std::string around() {
 }  // namespace
 
 TEST_F(DisplayWindowTest, StartUpFromConfigurationAndItsFailures) {
-  ASSERT_EQ(started, 0);
   EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, 240));
   EXPECT_EQ(display().startUp(), -1);  // already started
   // A pixel size of 0 takes the desktop's, for that axis only; so does a
@@ -107,7 +106,6 @@ TEST_F(DisplayWindowTest, StartUpFromConfigurationAndItsFailures) {
 // Justification, fractional and off-screen positions and the view's corner,
 // in the text view; swapping shows the frame and clears text and pixels.
 TEST_F(DisplayWindowTest, StringsAndCharactersOnTheScreen) {
-  ASSERT_EQ(started, 0);
   int results = display().drawString(Vector(10, 0), "abcde", qv::LEFT_JUSTIFIED, qv::RED) +
                 display().drawString(Vector(10, 1), "abcde", qv::CENTER_JUSTIFIED, qv::RED) +
                 display().drawString(Vector(10, 2), "abcd", qv::CENTER_JUSTIFIED, qv::RED) +
@@ -153,7 +151,6 @@ TEST_F(DisplayWindowTest, StringsAndCharactersOnTheScreen) {
 // The grid setters change the cell and every later conversion, but not the
 // glyph size, which font scale 1.0 makes 20 for cells of 20 x 30 pixels.
 TEST_F(DisplayWindowTest, GridChangesAndGlyphSize) {
-  ASSERT_EQ(started, 0);
   EXPECT_EQ(qv::spacesToPixels(Vector(10, 3)), Vector(200, 90));
   sf::Font font;
   ASSERT_TRUE(font.loadFromFile(QV_SOURCE_DIR "/assets/qv-font.ttf"));
@@ -217,7 +214,6 @@ TEST(SpriteTest, CapacityFrameLookupBoxAndDescription) {
 }
 
 TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
-  ASSERT_EQ(started, 0);
   // A 3 x 2 frame at (10, 5) covers x 9..11 on rows 4.5 and 5.5; an unknown
   // transform draws it as stored.
   for (const auto &[transform, picture] :

@@ -49,7 +49,6 @@ void drawScreen(const std::function<void(Vector, char, sf::Color, float)> &draw_
 // through the display three times: drawn, drawn and kept, shown from the
 // kept picture. Only invisible differences are allowed.
 TEST_F(DisplayPictureTest, SamePictureAsEachCharacterDrawnOnItsOwn) {
-  ASSERT_EQ(started, 0);
   qv::DisplayManager &display = qv::DisplayManager::getInstance();
   sf::Font font;
   ASSERT_TRUE(font.loadFromFile(QV_SOURCE_DIR "/assets/qv-font.ttf"));
