@@ -1,3 +1,6 @@
+// The display's grid, as text and as pixels, and the frames, sprites and
+// animations drawn on it.
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -33,6 +36,8 @@ class DisplayWindowTest : public qvtest::DisplayFixture {
   std::string settings() const override { return "window_background_color:blue,"; }
 };
 
+// The same window on black, so a cell that a frame leaves alone shows the
+// colour drawn there before, not the background's.
 class FrameTest : public qvtest::DisplayFixture {};
 
 // Columns 8..12 of rows 3..6 of the screen text; then a fresh frame.

@@ -70,7 +70,8 @@ class SplashTest : public qvtest::HudEngineFixture {
   std::string config() const override { return "frame_time:4,\n" + HudEngineFixture::config(); }
 };
 
-// The shipped frame time, by which the slide takes 15 steps.
+// Frames of 30 ms: the slide is timed for 15 steps, and the banner, stopped
+// in the step its counter runs out, has made 14 of them.
 class SplashWindowTest : public qvtest::HudWindowFixture {
  protected:
   std::string config() const override { return "frame_time:30,\n" + HudWindowFixture::config(); }
@@ -140,7 +141,7 @@ TEST_F(SplashTest, ACutShortSequenceDoesNotResumeInTheNextLoop) {
 // risen beside it (blue, in either of its two pictures), then shrunk (green).
 TEST_F(SplashWindowTest, BannerThenEmblemThenSmallEmblemOnScreen) {
   qv::DisplayManager &display = qv::DisplayManager::getInstance();
-  const Placed banner{qv::splashBanner(1), Vector(33.9667f, 12)};  // moved 14 of its 15 steps
+  const Placed banner{qv::splashBanner(1), Vector(33.9667f, 12)};
   std::vector<std::pair<std::string, Vector>> seen;  // the screen, and where the emblem was
   stepProbe(61, [&](int step) {
     if (step != 15 && step != 56 && step != 61) return;
