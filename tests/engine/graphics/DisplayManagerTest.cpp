@@ -1,11 +1,22 @@
+// The display's grid, as text and as pixels, and the frames, sprites and
+// animations drawn on it.
+
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "DisplayFixture.h"
 #include "TempDir.h"
 #include "core/utility.h"
+#include "graphics/Animation.h"
+#include "graphics/Frame.h"
+#include "graphics/Sprite.h"
 
+using qv::Animation;
 using qv::DisplayManager;
+using qv::Frame;
+using qv::Sprite;
 using qv::Vector;
 
 namespace {
@@ -25,39 +36,34 @@ class DisplayWindowTest : public qvtest::DisplayFixture {
   std::string settings() const override { return "window_background_color:blue,"; }
 };
 
-// Counts the cell's pixels in colour c; pixels that are neither c, the blue
-// background nor a blend of the two fail the test.
-int pixelsOf(const sf::Image &image, int column, int row, sf::Color c) {
-  const sf::Color bg = sf::Color::Blue;
-  int count = 0;
-  for (unsigned y = unsigned(row) * 30; y < unsigned(row + 1) * 30; y++)
-    for (unsigned x = unsigned(column) * 20; x < unsigned(column + 1) * 20; x++) {
-      const sf::Color p = image.getPixel(x, y);
-      auto between = [](int v, int a, int b) { return v >= std::min(a, b) && v <= std::max(a, b); };
-      EXPECT_TRUE(between(p.r, c.r, bg.r) && between(p.g, c.g, bg.g) && between(p.b, c.b, bg.b))
-          << "cell " << column << "," << row << " pixel " << x << "," << y;
-      count += p == c;
-    }
-  return count;
+// The same window on black, so a cell that a frame leaves alone shows the
+// colour drawn there before, not the background's.
+class FrameTest : public qvtest::DisplayFixture {};
+
+// Columns 8..12 of rows 3..6 of the screen text; then a fresh frame.
+std::string around() {
+  std::string out;
+  for (int y = 3; y <= 6; y++) out += display().screenText().substr(y * 25 + 8, 5) + '\n';
+  display().swapBuffers();
+  return out;
 }
 
 }  // namespace
 
 TEST_F(DisplayWindowTest, StartUpFromConfigurationAndItsFailures) {
-  ASSERT_EQ(started, 0);
   EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, 240));
   EXPECT_EQ(display().startUp(), -1);  // already started
   // A pixel size of 0 takes the desktop's, for that axis only; so does a
   // negative one, which is reported.
   const sf::VideoMode desktop = sf::VideoMode::getDesktopMode();
-  display().shutDown();
-  loadConfig("window_horizontal_pixels:0,");
-  ASSERT_EQ(display().startUp(), 0);
-  EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(desktop.width, 240));
-  display().shutDown();
-  loadConfig("window_vertical_pixels:-3,");
-  ASSERT_EQ(display().startUp(), 0);
-  EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, desktop.height));
+  for (const auto &[setting, size] :
+       {std::make_pair("window_horizontal_pixels:0,", sf::Vector2u(desktop.width, 240)),
+        std::make_pair("window_vertical_pixels:-3,", sf::Vector2u(480, desktop.height))}) {
+    display().shutDown();
+    loadConfig(setting);
+    ASSERT_EQ(display().startUp(), 0);
+    EXPECT_EQ(display().getWindow()->getSize(), size);
+  }
   display().shutDown();
   // No window system, one that does not answer (a failed start, not a failed
   // process), and a missing font, after which the window stays until shutDown.
@@ -102,39 +108,23 @@ TEST_F(DisplayWindowTest, StartUpFromConfigurationAndItsFailures) {
   EXPECT_EQ(log->count("DisplayManager not started!"), 4);
 }
 
-TEST_F(DisplayWindowTest, StringsAndCharactersAsTextAndAsPixels) {
-  ASSERT_EQ(started, 0);
-  EXPECT_EQ(display().drawString(Vector(10, 0), "abcde", qv::LEFT_JUSTIFIED, qv::RED), 0);
-  EXPECT_EQ(display().drawString(Vector(10, 1), "abcde", qv::CENTER_JUSTIFIED, qv::RED), 0);
-  EXPECT_EQ(display().drawString(Vector(10, 2), "abcd", qv::CENTER_JUSTIFIED, qv::RED), 0);
-  EXPECT_EQ(display().drawString(Vector(10, 3), "abcde", qv::RIGHT_JUSTIFIED, qv::RED), 0);
-  EXPECT_EQ(display().drawString(Vector(10, 4), "", qv::RIGHT_JUSTIFIED, qv::RED), 0);
+// Justification, fractional and off-screen positions and the view's corner,
+// in the text view; swapping shows the frame and clears text and pixels.
+TEST_F(DisplayWindowTest, StringsAndCharactersOnTheScreen) {
+  int results = display().drawString(Vector(10, 0), "abcde", qv::LEFT_JUSTIFIED, qv::RED) +
+                display().drawString(Vector(10, 1), "abcde", qv::CENTER_JUSTIFIED, qv::RED) +
+                display().drawString(Vector(10, 2), "abcd", qv::CENTER_JUSTIFIED, qv::RED) +
+                display().drawString(Vector(10, 3), "abcde", qv::RIGHT_JUSTIFIED, qv::RED) +
+                display().drawString(Vector(10, 4), "", qv::RIGHT_JUSTIFIED, qv::RED);
   display().drawString(Vector(2, 1), "Hi!", qv::LEFT_JUSTIFIED, qv::YELLOW);
   display().drawChar(Vector(20, 6), 'M', qv::RED, 0);
   display().drawChar(Vector(10, 4), '#', qv::WHITE, 0);
   display().drawChar(Vector(11, 4), '@', 0, 255, 255, 0);
-  EXPECT_EQ(display().drawChar(Vector(0, 6), 'c', qv::CUSTOM, 0), 0);
-
-  // Glyphs in their colour, and every blank cell wholly background.
-  const sf::Image image = grab();
-  EXPECT_GT(pixelsOf(image, 2, 1, sf::Color::Yellow), 10);
-  EXPECT_GT(pixelsOf(image, 3, 1, sf::Color::Yellow), 5);
-  EXPECT_GT(pixelsOf(image, 4, 1, sf::Color::Yellow), 5);
-  EXPECT_GT(pixelsOf(image, 20, 6, sf::Color::Red), 10);
-  EXPECT_GT(pixelsOf(image, 10, 4, sf::Color::White), 10);
-  EXPECT_GT(pixelsOf(image, 11, 4, sf::Color::Cyan), 10);
-  for (int y = 0; y < 8; y++)
-    for (int x = 0; x < 24; x++)
-      if (display().screenChar(x, y) == ' ') {
-        EXPECT_EQ(pixelsOf(image, x, y, sf::Color::Blue), 600) << x << "," << y;
-      }
-
-  // A fractional position belongs to the cell holding its top-left corner;
-  // off-screen characters are drawn but take no cell; the view's corner is
-  // the screen's top-left cell.
-  EXPECT_EQ(display().drawChar(Vector(3.9f, 5.5f), 'x', qv::GREEN, 0), 0);
-  EXPECT_EQ(display().drawChar(Vector(-0.5f, 5), 'y', qv::GREEN, 0), 0);
-  EXPECT_EQ(display().drawChar(Vector(23.99f, 7.99f), 'z', 10, 20, 30, 0), 0);
+  results += display().drawChar(Vector(0, 6), 'c', qv::CUSTOM, 0) +
+             display().drawChar(Vector(3.9f, 5.5f), 'x', qv::GREEN, 0) +
+             display().drawChar(Vector(-0.5f, 5), 'y', qv::GREEN, 0) +
+             display().drawChar(Vector(23.99f, 7.99f), 'z', 10, 20, 30, 0);
+  EXPECT_EQ(results, 0);
   qv::WorldManager::getInstance().setView(qv::Box(Vector(5, 2), 24, 8));
   display().drawChar(Vector(7, 4), 'v', qv::BLUE, 0);
   const std::string drawn =
@@ -149,45 +139,133 @@ TEST_F(DisplayWindowTest, StringsAndCharactersAsTextAndAsPixels) {
   EXPECT_EQ(display().screenText(), drawn);
   EXPECT_EQ(display().screenColor(12, 3), qv::BLUE);  // blank: the background
   EXPECT_EQ(display().screenColor(12, 0), qv::RED);
-  EXPECT_EQ(display().screenColor(3, 5), qv::GREEN);
+  EXPECT_EQ(display().screenColor(11, 4), qv::CYAN);
   EXPECT_EQ(display().screenColor(0, 6), qv::WHITE);  // CUSTOM has no colour: white
   EXPECT_EQ(display().screenColor(23, 7), qv::CUSTOM);
   EXPECT_EQ(display().screenCell(23, 7).b, 30);
 
-  // Swapping shows the frame and starts a blank one, in text and in pixels.
   EXPECT_EQ(display().swapBuffers(), 0);
   EXPECT_EQ(display().shownText(), drawn);
   EXPECT_EQ(display().screenText(), blankScreen(24, 8));
   const sf::Image cleared = grab();
-  for (int y = 0; y < 8; y++)
-    for (int x = 0; x < 24; x++) ASSERT_EQ(pixelsOf(cleared, x, y, sf::Color::Blue), 600);
+  const sf::Uint8 *pixel = cleared.getPixelsPtr();
+  for (std::size_t i = 0; i < 480 * 240; i++)
+    ASSERT_EQ(sf::Color(pixel[4 * i], pixel[4 * i + 1], pixel[4 * i + 2]), sf::Color::Blue) << i;
 }
 
 // The grid setters change the cell and every later conversion, but not the
 // glyph size, which font scale 1.0 makes 20 for cells of 20 x 30 pixels.
 TEST_F(DisplayWindowTest, GridChangesAndGlyphSize) {
-  ASSERT_EQ(started, 0);
   EXPECT_EQ(qv::spacesToPixels(Vector(10, 3)), Vector(200, 90));
   sf::Font font;
   ASSERT_TRUE(font.loadFromFile(QV_SOURCE_DIR "/assets/qv-font.ttf"));
-  const sf::FloatRect glyph = font.getGlyph('|', 20, true).bounds;
-  auto heightOfBar = [](const sf::Image &image) {
+  auto heightOfBar = [] {
+    display().drawChar(Vector(5, 2), '|', qv::RED, 0);
+    const sf::Image image = grab();
     unsigned top = 9999, bottom = 0;
     for (unsigned y = 0; y < image.getSize().y; y++)
       for (unsigned x = 0; x < image.getSize().x; x++)
         if (image.getPixel(x, y).r > 0) top = std::min(top, y), bottom = std::max(bottom, y);
+    display().swapBuffers();
     return int(bottom) - int(top) + 1;
   };
-  display().drawChar(Vector(5, 2), '|', qv::RED, 0);
-  const int height = heightOfBar(grab());
-  EXPECT_NEAR(height, glyph.height, 2.5);  // plus antialiased edge rows
-  display().swapBuffers();
+  const int height = heightOfBar();
+  EXPECT_NEAR(height, font.getGlyph('|', 20, true).bounds.height, 2.5);  // plus antialiased rows
   display().setHorizontalChars(12);
   EXPECT_EQ(display().screenText(), blankScreen(12, 8));
   display().setVerticalChars(0);
   EXPECT_TRUE(log->contains(
       "DisplayManager::setVerticalChars(): Error! 0 cells down is no grid; using 8 instead."));
   EXPECT_EQ(qv::spacesToPixels(Vector(10, 3)), Vector(400, 90));
-  display().drawChar(Vector(5, 2), '|', qv::RED, 0);
-  EXPECT_EQ(heightOfBar(grab()), height);
+  EXPECT_EQ(heightOfBar(), height);
+}
+
+TEST(SpriteTest, CapacityFrameLookupBoxAndDescription) {
+  qvtest::LogCapture log;
+  ASSERT_TRUE(log.start());
+  Sprite sprite(2), broken(-1);
+  EXPECT_EQ(sprite.addFrame(Frame(2, 1, "ab")) + sprite.addFrame(Frame(2, 1, "cd")), 0);
+  EXPECT_EQ(sprite.addFrame(Frame(2, 1, "ef")) + broken.addFrame(Frame(1, 1, "a")), -2);
+  EXPECT_EQ(sprite.getFrameCount(), 2);
+  EXPECT_EQ(sprite.getFrame(1).getString(), "cd");
+  EXPECT_TRUE(sprite.getFrame(2).isEmpty() && sprite.getFrame(-1).isEmpty());
+  EXPECT_TRUE(log.contains("Sprite::Sprite(): Error! Unable to allocate -1 frames."));
+
+  // Without a display a frame fails at its first cell; the animation still steps.
+  EXPECT_EQ(Frame(3, 1, "abc").draw(Vector(5, 5), qv::RED, 0, qv::NONE), -1);
+  EXPECT_EQ(log.count("DisplayManager not started!"), 1);
+  EXPECT_EQ(Frame(3, 1, "###").draw(Vector(5, 5), qv::RED, '#', qv::NONE), 0);  // nothing to draw
+  Animation animation;
+  EXPECT_EQ(animation.getBox(), qv::Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f));
+  EXPECT_EQ(animation.draw(Vector()), 0);  // no sprite: nothing, no step
+  animation.setSprite(&sprite);
+  EXPECT_EQ(animation.draw(Vector(5, 5)), -1);
+  EXPECT_EQ(animation.getIndex(), 1);
+  EXPECT_EQ(sprite.draw(5, Vector(5, 5), 0, qv::NONE), 0);  // out of range: nothing
+  sprite.setWidth(5);
+  sprite.setHeight(3);
+  sprite.setLabel("ship");
+  animation.setSprite(&sprite);
+  EXPECT_EQ(animation.getBox(), qv::Box(Vector(-2.5f, -1.5f), 5, 3));
+  animation.setIndex(2);
+  animation.setSlowdownCount(1);
+  animation.setTransform(qv::HORIZONTAL);
+  EXPECT_EQ(animation.toString(),
+            "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
+  // A new sprite, even none, starts over; none keeps the name of the last.
+  animation.setTransform(9);
+  animation.setSprite(nullptr);
+  EXPECT_EQ(animation.toString(), "sprite ship, frame_idx 0, slowdown_count 0, transform UNKNOWN");
+}
+
+TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
+  // A 3 x 2 frame at (10, 5) covers x 9..11 on rows 4.5 and 5.5; an unknown
+  // transform draws it as stored.
+  for (const auto &[transform, picture] :
+       std::vector<std::pair<int, std::string>>{{qv::NONE, "     \n abc \n def \n     \n"},
+                                                {qv::HORIZONTAL, "     \n cba \n fed \n     \n"},
+                                                {qv::VERTICAL, "     \n def \n abc \n     \n"},
+                                                {qv::BOTH, "     \n fed \n cba \n     \n"},
+                                                {7, "     \n abc \n def \n     \n"}}) {
+    EXPECT_EQ(Frame(3, 2, "abcdef").draw(Vector(10, 5), qv::GREEN, 0, transform), 0);
+    EXPECT_EQ(display().screenColor(9, 4), qv::GREEN);
+    EXPECT_EQ(around(), picture) << "transform " << transform;
+  }
+  // Even sizes sit on half cells: x 9.5 and 10.5 fall in cells 9 and 10. A
+  // string shorter than its size draws what it has; empty frames nothing.
+  Frame(2, 1, "xy").draw(Vector(10, 3), qv::RED, 0, qv::NONE);
+  EXPECT_EQ(Frame(3, 2, "abcd").draw(Vector(10, 5), qv::RED, 0, qv::BOTH), 0);
+  EXPECT_EQ(Frame().draw(Vector(10, 5), qv::RED, 0, qv::NONE), 0);
+  EXPECT_EQ(Frame(3, 0, "abc").draw(Vector(10, 5), qv::RED, 0, qv::NONE), 0);
+  EXPECT_EQ(around(), " xy  \n   d \n cba \n     \n");
+
+  // The transparent character leaves its cells untouched; without one every
+  // cell is drawn, blanks included.
+  display().drawString(Vector(9, 4), "xyz", qv::LEFT_JUSTIFIED, qv::BLUE);
+  EXPECT_EQ(Frame(3, 1, "#a#").draw(Vector(10, 4), qv::RED, '#', qv::HORIZONTAL), 0);
+  EXPECT_EQ(display().screenColor(9, 4), qv::BLUE);
+  EXPECT_EQ(display().screenColor(10, 4), qv::RED);
+  Frame(3, 1, "# #").draw(Vector(10, 5), qv::RED, 0, qv::NONE);
+  EXPECT_EQ(around(), "     \n xaz \n # # \n     \n");
+
+  // Each frame shows for the sprite's slowdown in game frames, the current
+  // one drawn before the step; slowdown count -1 freezes it.
+  Sprite sprite(3);
+  for (const char *frame : {"a", "b", "c"}) sprite.addFrame(Frame(1, 1, frame));
+  sprite.setSlowdown(2);
+  sprite.setColor(qv::MAGENTA);
+  sprite.setTransparency('c');
+  Animation animation;
+  animation.setIndex(2);
+  animation.setSprite(&sprite);
+  std::string seen;
+  for (int i = 0; i < 13; i++) {
+    if (i == 8) animation.setSlowdownCount(-1);
+    EXPECT_EQ(animation.draw(Vector(10, 4)), 0);
+    if (i == 0) {
+      EXPECT_EQ(display().screenColor(10, 4), qv::MAGENTA);
+    }
+    seen += around()[8];
+  }
+  EXPECT_EQ(seen, "aabb  aabbbbb");  // 'c' is the sprite's transparent character
 }

@@ -1,4 +1,6 @@
+#include <cmath>
 #include <string>
+#include <vector>
 
 #include "HudFixture.h"
 #include "WorldFixture.h"
@@ -22,17 +24,19 @@ qv::Object *findObject(const std::string &type) {
   return nullptr;
 }
 
-bool splashLeft() {
-  return findObject("Splash") || findObject("SplashQuorvelle");
-}
-
 // A probe that hears every step before the splash objects do (it is made
-// first); its id tells how many objects were made after it.
-Probe *stepProbe(std::function<void(int)> at_step) {
+// first) and presses Space at key_step; its id tells how many objects were
+// made after it.
+Probe *stepProbe(
+    int key_step, std::function<void(int)> at_step = [](int) {}) {
   auto *probe = new Probe;
   probe->registerInterest("qv-step");
-  probe->on_event = [at_step](const qv::Event *p_e) {
-    if (auto *p_step = dynamic_cast<const qv::EventStep *>(p_e)) at_step(p_step->getStepCount());
+  probe->on_event = [=](const qv::Event *p_e) {
+    const int step = static_cast<const qv::EventStep *>(p_e)->getStepCount();
+    at_step(step);
+    if (step != key_step) return 0;
+    EXPECT_EQ(qv::InputManager::getInstance().deliverKeyboard(qv::Keyboard::SPACE, qv::KEY_PRESSED),
+              0);
     return 0;
   };
   return probe;
@@ -44,95 +48,71 @@ int objectsMadeSince(const Probe *probe) {
   return p_o->getId() - probe->getId() - 1;
 }
 
+// The 80 x 24 screen with each picture drawn as a frame centred on its position.
+using Placed = std::pair<std::vector<std::string>, Vector>;
+std::string screenWith(const std::vector<Placed> &pictures) {
+  std::vector<std::string> rows(24, std::string(80, ' '));
+  for (const auto &[picture, at] : pictures) {
+    const int left = int(std::floor(at.getX() - (float(picture[0].size()) - 1) / 2));
+    const int top = int(std::floor(at.getY() - (float(picture.size()) - 1) / 2));
+    for (int r = 0; r < int(picture.size()); r++)
+      for (int c = 0; c < int(picture[r].size()); c++)
+        if (top + r < 24 && left + c < 80) rows[top + r][left + c] = picture[r][c];
+  }
+  std::string text;
+  for (const std::string &row : rows) text += row + '\n';
+  return text;
+}
+
 class SplashTest : public qvtest::HudEngineFixture {
  protected:
   // Short frames keep the 90 steps quick; the slide then takes 2 steps.
   std::string config() const override { return "frame_time:4,\n" + HudEngineFixture::config(); }
 };
 
-class SplashBeforeStartTest : public qvtest::LogFixture {};
+// Frames of 30 ms: the slide is timed for 15 steps, and the banner, stopped
+// in the step its counter runs out, has made 14 of them.
+class SplashWindowTest : public qvtest::HudWindowFixture {
+ protected:
+  std::string config() const override { return "frame_time:30,\n" + HudWindowFixture::config(); }
+};
 
 }  // namespace
 
-TEST_F(SplashBeforeStartTest, RefusesAndCreatesNothing) {
+TEST(SplashBeforeStartTest, RefusesAndCreatesNothing) {
+  qvtest::LogCapture log;
+  ASSERT_TRUE(log.start());
   EXPECT_EQ(qv::splash(), -1);
   EXPECT_TRUE(
-      log->contains("splash(): Error! Cannot run splash screen until game manger is started."));
+      log.contains("splash(): Error! Cannot run splash screen until game manger is started."));
   EXPECT_EQ(qv::WorldManager::getInstance().getAllObjects(true).getCount(), 0);
 }
 
-TEST_F(SplashTest, WithoutAKeyItRunsNinetyStepsAndLeavesNothing) {
-  // 8 rows of 47 columns. The emblem rests 24 columns right of the banner's centre,
-  // over its last six columns; the stopped lettering keeps them blank.
-  ASSERT_EQ(qv::splashBanner(1).size(), 8u);
-  for (const std::string &row : qv::splashBanner(1)) EXPECT_EQ(row.substr(41), "      ");
-  int last = -1;
-  Vector stop_position, target;
-  Probe *probe = stepProbe([&](int step) {
-    last = step;
-    auto *banner = findObject("Splash");
-    auto *emblem = dynamic_cast<qv::SplashQuorvelle *>(findObject("SplashQuorvelle"));
-    ASSERT_EQ(banner && emblem, step >= 15) << "step " << step;
-    if (step == 0) {
-      // Beyond the right edge, mid-height, to slide 11 left of the middle in 2 steps.
-      EXPECT_EQ(banner->getPosition(), Vector(80 + 23.5f, 12));
-      EXPECT_EQ(banner->getVelocity(), Vector(-(23.5f + 40 + 11) / 2, 0));
-      EXPECT_EQ(banner->getBox(), qv::Box(Vector(-23.5f, -4), 47, 8));
-      EXPECT_EQ(banner->getAnimation().getSlowdownCount(), -1);  // the frame changes by hand
-      const qv::Sprite *p_sprite = banner->getAnimation().getSprite();
-      EXPECT_EQ(p_sprite->getColor(), qv::GREEN);
-      EXPECT_EQ(p_sprite->getFrame(1).getString().substr(47, 47), qv::splashBanner(1)[1]);
-    }
-    if (step < 15) return;
-    const qv::Sprite *p_sprite = emblem->getAnimation().getSprite();
-    if (step == 15) {
-      EXPECT_EQ(banner->getVelocity(), Vector(0, 0));
-      EXPECT_EQ(banner->getAnimation().getIndex(), 1);
-      stop_position = banner->getPosition();
-      target = emblem->getTarget();
-      // Made six rows below the view a step ago, to rise to its row in 30 steps.
-      EXPECT_EQ(emblem->getVelocity(), Vector(0, -(30 - target.getY()) / 30));
-      EXPECT_EQ(emblem->getPosition(), Vector(target.getX(), 30) + emblem->getVelocity());
-      EXPECT_EQ(p_sprite->getColor(), qv::BLUE);
-    } else if (step == 46) {  // stopped on its row, not a step later
-      EXPECT_EQ(emblem->getVelocity(), Vector(0, 0));
-      EXPECT_FLOAT_EQ(emblem->getPosition().getX(), target.getX());
-      EXPECT_NEAR(emblem->getPosition().getY(), target.getY(), 0.001);
-    } else if (step == 59) {
-      EXPECT_EQ(p_sprite->getWidth(), 11);
-    } else if (step == 60) {
-      EXPECT_EQ(p_sprite->getHeight(), 6);
-      EXPECT_EQ(p_sprite->getColor(), qv::GREEN);
-      EXPECT_FLOAT_EQ(emblem->getPosition().getX(), target.getX() - 1);
-      EXPECT_EQ(emblem->getBox(), qv::Box(Vector(-4.5f, -3), 9, 6));
-    }
-  });
-  EXPECT_EQ(qv::splash(), 0);
-  EXPECT_EQ(last, 89);  // steps 0 to 89: ninety of them
-  EXPECT_EQ(qv::GameManager::getInstance().getStepCount(), 90);
-  EXPECT_EQ(target, stop_position + Vector(24, 1));
-  EXPECT_FALSE(splashLeft());
-  EXPECT_EQ(objectsMadeSince(probe), 2);  // banner and emblem, nothing else
-}
-
-// A key ends the sequence in the step it arrives: during the slide the
-// emblem is never made; while it rises both objects go. The banner hears the
-// key first and sets game over, so neither counts it as handled.
-TEST_F(SplashTest, AKeyEndsTheSequenceInThatStep) {
-  for (int key_step : {3, 30}) {
-    int last = -1, answered = -1;
-    Probe *probe = stepProbe([&](int step) {
+// Untouched the sequence runs steps 0 to 89; a key ends it in the step it
+// arrives: during the slide the emblem is never made, while it rises both
+// objects go. The banner hears the key first and sets game over, so neither
+// counts it as handled.
+TEST_F(SplashTest, NinetyStepsOrUntilAKeyAndNothingIsLeft) {
+  for (int key_step : {3, 30, -1}) {
+    int last = -1;
+    Probe *probe = stepProbe(key_step, [&](int step) {
       last = step;
-      if (step == key_step)
-        answered =
-            qv::InputManager::getInstance().deliverKeyboard(qv::Keyboard::SPACE, qv::KEY_PRESSED);
+      auto *emblem = dynamic_cast<qv::SplashQuorvelle *>(findObject("SplashQuorvelle"));
+      ASSERT_EQ(emblem != nullptr, step >= 15) << "step " << step;
+      if (step == 15) {
+        // Made six rows below the view a step ago, to rise to its row in 30 steps.
+        const Vector target = emblem->getTarget();
+        EXPECT_EQ(target, findObject("Splash")->getPosition() + Vector(24, 1));
+        EXPECT_EQ(emblem->getVelocity(), Vector(0, -(30 - target.getY()) / 30));
+        EXPECT_EQ(emblem->getPosition(), Vector(target.getX(), 30) + emblem->getVelocity());
+      }
     });
     EXPECT_EQ(qv::splash(), 0);
-    EXPECT_EQ(answered, 0);
-    EXPECT_EQ(last, key_step);
-    EXPECT_EQ(qv::GameManager::getInstance().getStepCount(), key_step + 1);
-    EXPECT_FALSE(splashLeft());
-    EXPECT_EQ(objectsMadeSince(probe), key_step < 15 ? 1 : 2) << "emblem made?";
+    const int end = key_step < 0 ? 89 : key_step;
+    EXPECT_EQ(last, end);
+    EXPECT_EQ(qv::GameManager::getInstance().getStepCount(), end + 1);
+    EXPECT_FALSE(findObject("Splash") || findObject("SplashQuorvelle"));
+    EXPECT_EQ(objectsMadeSince(probe), key_step == 3 ? 1 : 2) << "emblem made?";
     qv::WorldManager::getInstance().markForDelete(probe);
     qv::WorldManager::getInstance().update();
   }
@@ -142,7 +122,7 @@ TEST_F(SplashTest, AKeyEndsTheSequenceInThatStep) {
 // frame) ends the loop before they can remove themselves: splash() must not
 // leave them to carry on in the next loop.
 TEST_F(SplashTest, ACutShortSequenceDoesNotResumeInTheNextLoop) {
-  Probe *probe = stepProbe([](int) {});
+  Probe *probe = stepProbe(-1);
   probe->on_draw = [](Probe *) {
     if (qv::GameManager::getInstance().getStepCount() == 20)
       qv::GameManager::getInstance().setGameOver(true);
@@ -153,5 +133,36 @@ TEST_F(SplashTest, ACutShortSequenceDoesNotResumeInTheNextLoop) {
   ASSERT_TRUE(banner && emblem);
   EXPECT_FALSE(banner->isActive() || emblem->isActive());
   qv::WorldManager::getInstance().update();
-  EXPECT_FALSE(splashLeft());
+  EXPECT_FALSE(findObject("Splash") || findObject("SplashQuorvelle"));
+}
+
+// At a step's start the frame the previous step drew is still in the text
+// view: the banner at rest in its boxed lettering (green), then the emblem
+// risen beside it (blue, in either of its two pictures), then shrunk (green).
+TEST_F(SplashWindowTest, BannerThenEmblemThenSmallEmblemOnScreen) {
+  qv::DisplayManager &display = qv::DisplayManager::getInstance();
+  const Placed banner{qv::splashBanner(1), Vector(33.9667f, 12)};
+  std::vector<std::pair<std::string, Vector>> seen;  // the screen, and where the emblem was
+  stepProbe(61, [&](int step) {
+    if (step != 15 && step != 56 && step != 61) return;
+    const qv::Object *emblem = findObject("SplashQuorvelle");
+    seen.emplace_back(display.screenText(), step > 15 ? emblem->getPosition() : Vector());
+    // The banner's last six columns are blank, so each side has one colour.
+    for (int y = 0; y < 24; y++)
+      for (int x = 0; x < 80; x++)
+        if (display.screenChar(x, y) != ' ') {
+          EXPECT_EQ(display.screenColor(x, y), x < 52 || step == 61 ? qv::GREEN : qv::BLUE)
+              << x << "," << y << " at step " << step;
+        }
+  });
+  ASSERT_EQ(qv::splash(), 0);
+  ASSERT_EQ(seen.size(), 3u);
+  EXPECT_EQ(seen[0].first, screenWith({banner}));
+  EXPECT_NEAR(seen[1].second.getX(), 57.9667f, 0.001);
+  EXPECT_NEAR(seen[1].second.getY(), 13, 0.001);
+  EXPECT_TRUE(seen[1].first == screenWith({banner, {qv::splashEmblem(0), seen[1].second}}) ||
+              seen[1].first == screenWith({banner, {qv::splashEmblem(1), seen[1].second}}))
+      << seen[1].first;
+  EXPECT_EQ(seen[2].second, seen[1].second - Vector(1, 0));
+  EXPECT_EQ(seen[2].first, screenWith({banner, {qv::splashSmallEmblem(), seen[2].second}}));
 }

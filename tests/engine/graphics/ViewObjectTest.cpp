@@ -1,7 +1,6 @@
-#include <initializer_list>
 #include <map>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "HudFixture.h"
 #include "core/EventStep.h"
@@ -33,13 +32,6 @@ std::string everyLocation(ViewObject *v) {
   return text;
 }
 
-// An 80-column row with each text placed at its column.
-std::string line(std::initializer_list<std::pair<int, std::string>> texts) {
-  std::string row(80, ' ');
-  for (const auto &[column, text] : texts) row.replace(column, text.size(), text);
-  return row;
-}
-
 }  // namespace
 
 TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
@@ -65,15 +57,15 @@ TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
   EXPECT_EQ(v->setPosition(Vector(5, 5)), 0);
   v->setBorder(true);
   EXPECT_EQ(at(v), "-1(5,5)");
-
   // The view's extents decide, not its corner: these are view coordinates.
   qv::WorldManager::getInstance().setView(qv::Box(Vector(30, 7), 60, 30));
   v->setLocation(qv::CENTER_RIGHT);
   EXPECT_EQ(at(v), "5(50,15)");
 }
 
-TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChanges) {
+TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEventsSetValues) {
   auto *v = new ViewObject;
+  auto *t = new qv::TextBox;
   // A new view object is wholly "changed", its own groups included.
   EXPECT_EQ(v->getModified(), 0x3FFFFu | qv::VIEW_VALUE | qv::VIEW_APPEARANCE);
   auto marks = [](qv::Object *o, const auto &change) {
@@ -87,15 +79,12 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChanges) {
   EXPECT_EQ(marks(v, [v] { v->setBorder(false); }), qv::VIEW_APPEARANCE | qv::POSITION);
   // setLocation always records the choice, even at the same place.
   EXPECT_EQ(marks(v, [v] { v->setLocation(v->getLocation()); }), qv::VIEW_APPEARANCE);
-
-  auto *t = new qv::TextBox;
   EXPECT_TRUE(t->getLocation() == qv::CENTER_CENTER && !t->getDrawValue());
   EXPECT_EQ(marks(t, [t] { t->setText("hello"); }), qv::TEXTBOX_TEXT);
   EXPECT_EQ(marks(t, [t] { t->setText("hello"); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setSize(Vector(10, 1)); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setWordWrap(false); }), qv::TEXTBOX_APPEARANCE);
   EXPECT_TRUE(t->draw() < 0 && v->draw() < 0);  // headless
-
   // The width is the size truncated; a fraction of a cell counts as one.
   t->setWordWrap(true);
   t->setText("the quick brown fox jumps over the lazy dog");
@@ -103,27 +92,23 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChanges) {
   EXPECT_EQ(t->lines().size(), 5u);
   t->setSize(Vector(0.5f, 2));
   EXPECT_EQ(t->lines().size(), 35u);  // one per letter: the spaces are all breaks
-}
 
-TEST_F(ViewObjectTest, ViewEventsRaiseOrSetTheValueOfTheTaggedLabelOnly) {
-  auto *turn = new ViewObject;
-  turn->setViewString("Turn");
-  turn->setValue(3);
+  // View events, delivered through the world manager's interest table as a
+  // game sends them, raise or set the value of the exactly tagged label only.
+  v->setViewString("Turn");
+  v->setValue(3);
   auto *other = new ViewObject;
   other->setViewString("Turns");
   other->setValue(3);
   qv::WorldManager &world = qv::WorldManager::getInstance();
-  // Delivered the way a game sends it: through the world manager's interest table.
   const qv::EventView raise("Turn", 2, true), set("Turn", 2, false), stranger("turn", 9, false);
   EXPECT_EQ(world.onEvent(&raise), 1);
-  EXPECT_EQ(turn->getValue(), 5);
-  EXPECT_EQ(world.onEvent(&set), 1);
-  EXPECT_EQ(turn->getValue(), 2);
-  EXPECT_EQ(world.onEvent(&stranger), 0);  // tags match exactly
-  EXPECT_EQ(turn->eventHandler(&stranger), 0);
-  EXPECT_EQ(turn->getValue() * 10 + other->getValue(), 23);
+  EXPECT_EQ(v->getValue(), 5);
+  EXPECT_EQ(world.onEvent(&set) * 10 + world.onEvent(&stranger), 10);
+  EXPECT_EQ(v->eventHandler(&stranger), 0);
+  EXPECT_EQ(v->getValue() * 10 + other->getValue(), 23);
   const qv::EventStep step(4);  // anything else goes to the base handler
-  EXPECT_EQ(turn->eventHandler(&step), 0);
+  EXPECT_EQ(v->eventHandler(&step), 0);
 }
 
 // Labels with and without border and value, and text boxes with and without
@@ -159,15 +144,54 @@ TEST_F(ViewObjectWindowTest, LabelsAndTextBoxesInOneScreen) {
   // boxes show their newest lines, padding puts the bars two columns out,
   // and an empty box frames one empty line.
   std::map<int, std::string> rows = {
-      {0, line({{11, "Turn"}, {36, "--------"}, {63, "------"}})},
-      {1, line({{35, "| Turn 3 |"}, {62, "| Turn |"}})},
-      {2, line({{36, "--------"}, {63, "------"}})},
-      {9, line({{8, "----------"}, {34, "------------"}})},
-      {10, line({{7, "|jumps over|"}, {33, "| jumps over |"}, {64, "----"}})},
-      {11, line({{7, "|the lazy  |"}, {33, "| the lazy   |"}, {63, "|    |"}})},
-      {12, line({{7, "|dog       |"}, {33, "| dog        |"}, {64, "----"}})},
-      {13, line({{8, "----------"}, {34, "------------"}})},
+      {0, "           Turn                     --------                   ------"},
+      {1, "                                   | Turn 3 |                 | Turn |"},
+      {2, "                                    --------                   ------"},
+      {9, "        ----------                ------------"},
+      {10, "       |jumps over|              | jumps over |                 ----"},
+      {11, "       |the lazy  |              | the lazy   |                |    |"},
+      {12, "       |dog       |              | dog        |                 ----"},
+      {13, "        ----------                ------------"},
   };
-  for (int y = 0; y < 24; y++) EXPECT_EQ(row(y), rows.count(y) ? rows[y] : line({})) << y;
+  for (int y = 0; y < 24; y++) {
+    rows[y].resize(80, ' ');
+    EXPECT_EQ(row(y), rows[y]) << y;
+  }
   EXPECT_EQ(qv::DisplayManager::getInstance().screenColor(35, 1), qv::YELLOW);
+}
+
+TEST(TextBoxLinesTest, WordWrapCuttingNewlinesAndWidthsUnderOneCell) {
+  const std::string fox = "the quick brown fox jumps over the lazy dog";
+  const struct {
+    std::string text;
+    int width;
+    std::vector<bool> wraps;
+    std::string lines;  // each ended by '|'
+  } cases[] = {
+      // The space right after "jumps over" is itself the break: that line is full width.
+      {fox, 10, {true}, "the quick|brown fox|jumps over|the lazy|dog|"},
+      {fox, 10, {false}, "the quick |brown fox |jumps over| the lazy |dog|"},
+      {"exactly10! and", 10, {true}, "exactly10!|and|"},
+      // A space at the very start of a line is never a break; of two spaces the later one is.
+      {" abcdef", 3, {true}, " ab|cde|f|"},
+      {"ab  cd", 3, {true}, "ab |cd|"},
+      {"go extraordinarily far", 6, {true}, "go|extrao|rdinar|ily|far|"},  // long words are cut
+      {"one\n\ntwo", 10, {true, false}, "one||two|"},
+      {"a\n", 10, {true, false}, "a||"},
+      {"\nx", 10, {true, false}, "|x|"},
+      // A newline exactly at the width is the break, not an extra empty line.
+      {"abc\ndef", 3, {true, false}, "abc|def|"},
+      {"ab cd ef\ng", 5, {true}, "ab cd|ef|g|"},
+      {"", 10, {true}, "|"},
+      {"", 0, {false}, "|"},
+      // Under one cell the box is taken as one column wide: it still ends.
+      {"ab c", 0, {true}, "a|b|c|"},
+      {"ab c", -3, {false}, "a|b| |c|"},
+  };
+  for (const auto &c : cases)
+    for (bool wrap : c.wraps) {
+      std::string lines;
+      for (const std::string &line : qv::breakLines(c.text, c.width, wrap)) lines += line + '|';
+      EXPECT_EQ(lines, c.lines) << "'" << c.text << "' in " << c.width << ", wrap " << wrap;
+    }
 }

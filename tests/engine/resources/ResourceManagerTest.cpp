@@ -1,15 +1,21 @@
 // Sprite files in both formats, read through the resource manager, with the
-// exact lines every broken file produces.
+// exact lines every broken file produces; sound effects and music by label,
+// on generated wave files (run with ALSOFT_DRIVERS=null: the audio library
+// plays into nothing).
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <SFML/Audio/OutputSoundFile.hpp>
+#include <SFML/Audio/Sound.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "ChildProcess.h"
 #include "ResourceFixture.h"
 #include "core/LogManager.h"
 
@@ -72,30 +78,28 @@ class ResourceManagerTest : public qvtest::ResourceFixture {
   }
 };
 
-TEST_F(ResourceManagerTest, ReadsBothFormatsWithTheirSummaryLines) {
-  qv::LogManager::getInstance().setLogLevel(5);
-  const std::string loading = "RM::loadSprite(): Loading sprite '" + dir.file("sprite.txt") + "'.";
-  Lines lines;
-  ASSERT_EQ(load(SIMPLE_MAN, "man", &lines), 0);
-  EXPECT_EQ(lines, (Lines{loading, "RM::loadSprite(): assuming simple sprite file format.",
-                          "\t      Frames: 2", "\t       Width: 3", "\t      Height: 2",
-                          "\t    Slowdown: 4", "\t       Color: Cyan",
-                          "RM::loadSprite(): Sprite 'man' loaded."}));
-  ASSERT_EQ(load(ROBUST_MAN, "man", &lines), 0);
-  EXPECT_EQ(lines, (Lines{loading, "RM::loadSprite(): assuming robust sprite file format.",
-                          "\t      Frames: 2", "\t       Width: 3", "\t      Height: 2",
-                          "\t    Slowdown: 4", "\tTransparency: '.'", "\t       Color: Cyan",
-                          "RM::loadSprite(): Sprite 'man' loaded."}));
-  EXPECT_EQ(describe(rm().getSprite("man")), MAN + "none" + MAN_FRAMES);
-}
-
-TEST_F(ResourceManagerTest, AcceptsLineEndsDefaultsAndOddValues) {
+TEST_F(ResourceManagerTest, ReadsBothFormatsLineEndsDefaultsAndOddValues) {
   qv::LogManager::getInstance().setLogLevel(5);
   const std::string one = "1 of 1x1 White, slowdown 0, clear ";
+  // The sample files' loads write exactly these lines.
+  auto summary = [&](const std::string &format, const Lines &transparency, const char *label) {
+    Lines lines = {"RM::loadSprite(): Loading sprite '" + dir.file("sprite.txt") + "'.",
+                   "RM::loadSprite(): assuming " + format + " sprite file format.",
+                   "\t      Frames: 2",
+                   "\t       Width: 3",
+                   "\t      Height: 2",
+                   "\t    Slowdown: 4"};
+    lines.insert(lines.end(), transparency.begin(), transparency.end());
+    lines.push_back("\t       Color: Cyan");
+    lines.push_back("RM::loadSprite(): Sprite '" + std::string(label) + "' loaded.");
+    return lines;
+  };
   const struct {
     std::string text, sprite;
-    Lines logged;  // among the lines the load writes
+    Lines logged;  // among the lines the load writes (all of them, for the first two)
   } cases[] = {
+      {SIMPLE_MAN, MAN + "none" + MAN_FRAMES, summary("simple", {}, "0")},
+      {ROBUST_MAN, MAN + "'.'" + MAN_FRAMES, summary("robust", {"\tTransparency: '.'"}, "1")},
       {withCrLf(SIMPLE_MAN), MAN + "none" + MAN_FRAMES, {}},
       {SIMPLE_MAN.substr(0, SIMPLE_MAN.size() - 1), MAN + "none" + MAN_FRAMES, {}},
       {withCrLf(ROBUST_MAN), MAN + "'.'" + MAN_FRAMES, {}},
@@ -128,6 +132,9 @@ TEST_F(ResourceManagerTest, AcceptsLineEndsDefaultsAndOddValues) {
     const std::string label = std::to_string(count++);
     ASSERT_EQ(load(c.text, label, &lines), 0) << c.text;
     EXPECT_EQ(describe(rm().getSprite(label)), c.sprite) << c.text;
+    if (count <= 2) {
+      EXPECT_EQ(lines, c.logged);
+    }
     for (const std::string &line : c.logged)
       EXPECT_NE(std::find(lines.begin(), lines.end(), line), lines.end()) << line;
   }
@@ -252,13 +259,135 @@ TEST(SpriteCheckTool, SummarisesGoodFilesAndQuotesTheReaderOnBadOnes) {
   const std::string summary =
       good + ": 2 frames of 3x2, color cyan, slowdown 4, transparency '.'\n";
   std::string out;
-  EXPECT_EQ(run(good, out), 0);
-  EXPECT_EQ(out, summary);
   EXPECT_EQ(run(good + " " + bad, out), 1);
   EXPECT_EQ(out, summary + bad +
                      ": FAILED\n    RM::loadSimpleSprite(): Error line 6!\n    \tLine  6: 'abcd'\n"
                      "    \tWidth is 4, expected 3.\n    RM::loadSprite(): Sprite '" +
                      bad + "' NOT loaded.\n1 of 2 sprite files load.\n");
+}
+
+// Writes a mono 8 kHz wave file of a square wave of the given length.
+std::string writeWav(const std::string &file_name, std::size_t samples) {
+  std::vector<sf::Int16> wave(samples);
+  for (std::size_t i = 0; i < samples; i++) wave[i] = i / 20 % 2 ? -8192 : 8192;
+  sf::OutputSoundFile file;
+  if (file.openFromFile(file_name, 8000, 1)) file.write(wave.data(), samples);
+  return file_name;
+}
+
+class SoundTest : public qvtest::ResourceFixture {};
+
+// Play and stop by label; the limits of 100 sounds and 50 musics; shut-down
+// stops what plays but keeps the data for the rest of the run.
+TEST_F(SoundTest, PlaysByLabelUpToTheLimitsAndStopsAtShutDown) {
+  // A second's worth, so it is still playing when looked at.
+  ASSERT_EQ(rm().loadSound(writeWav(dir.file("boom.wav"), 8000), "boom"), 0);
+  const std::string tune = writeWav(dir.file("tune.wav"), 16000);
+  ASSERT_EQ(rm().loadMusic(tune, "menu"), 0);
+  ASSERT_EQ(rm().loadMusic(tune, "level"), 0);
+  qv::Sound *p_boom = rm().getSound("boom");
+  qv::Music *p_music = rm().getMusic("level");
+  ASSERT_TRUE(p_boom && p_music);
+
+  qv::LogManager::getInstance().setLogLevel(5);
+  p_boom->play(true);
+  p_music->play(true);
+  EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Playing);
+  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Playing);
+  EXPECT_TRUE(p_boom->getSound()->getLoop() && p_music->getMusic()->getLoop());
+  p_boom->stop();
+  p_music->stop();
+  EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Stopped);
+  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
+  expectLogged({"Sound::play(): Playing sound.", "Music::play(): Playing music.",
+                "Music::stop(): Stopping music."});
+  p_boom->play(false);
+  p_music->play(false);
+  EXPECT_FALSE(p_boom->getSound()->getLoop() || p_music->getMusic()->getLoop());
+
+  const std::string wav = writeWav(dir.file("tiny.wav"), 16);
+  while (rm().getSoundCount() < qv::MAX_SOUNDS) ASSERT_EQ(rm().loadSound(wav, "s"), 0);
+  while (rm().getMusicCount() < qv::MAX_MUSICS) ASSERT_EQ(rm().loadMusic(wav, "m"), 0);
+  EXPECT_EQ(rm().loadSound(wav, "one-too-many") + rm().loadMusic(wav, "one-too-many"), -2);
+  expectLogged({"RM::loadSound(): Error! Unable to add more sounds (max is 100).",
+                "RM::loadMusic(): Error! Unable to add more musics (max is 50)."});
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 150);
+
+  rm().shutDown();
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 150);
+  EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Stopped);
+  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
+  EXPECT_EQ(p_boom->getSound()->getBuffer()->getSampleCount(), 8000u);
+  EXPECT_EQ(rm().loadSound(wav, "late") + rm().loadMusic(wav, "late"), -2);
+  EXPECT_EQ(log->count("ResourceManager not started!"), 2);
+  ASSERT_EQ(rm().startUp(), 0);
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 0);
+  EXPECT_EQ(rm().getSound("boom"), nullptr);
+  EXPECT_TRUE(log->contains("RM::getSound(): Warning! Sound 'boom' not found."));
+}
+
+TEST_F(SoundTest, FailedLoadsKeepTheCountsAndTheVoice) {
+  const std::string missing = dir.file("missing.wav");
+  const std::string junk = dir.write("junk.wav", "RIFF this is not a wave file");
+  EXPECT_EQ(rm().loadSound(missing, "gone") + rm().loadSound(junk, "junk"), -2);
+  // The slot is reused by the next load.
+  ASSERT_EQ(rm().loadSound(writeWav(dir.file("ok.wav"), 100), "ok"), 0);
+  EXPECT_EQ(rm().getSoundCount(), 1);
+  EXPECT_EQ(rm().getSound("gone"), nullptr);
+  // An empty label is refused before the file is looked at.
+  EXPECT_EQ(rm().loadMusic(missing, "gone") + rm().loadMusic(junk, ""), -2);
+  EXPECT_EQ(rm().getMusicCount(), 0);
+  EXPECT_EQ(rm().getMusic("gone"), nullptr);
+  const std::string no_sound = "RM::loadSound(): Error! Cannot load sound from file '";
+  const std::string no_music = "RM::loadmusic(): Error! Cannot load music from file '";
+  expectLogged({no_sound + missing + "'.", no_sound + junk + "'.", no_music + missing + "'.",
+                "RM::loadMusic(): Error! Must provide label for music.",
+                "RM::getMusic(): Warning! Music 'gone' not found."});
+  EXPECT_FALSE(log->contains(no_music + junk + "'."));
+
+  // A sound with nothing loaded only logs; a reload keeps the voice and
+  // switches its samples, unless it fails.
+  qv::LogManager::getInstance().setLogLevel(5);
+  qv::Sound sound;
+  sound.play();
+  sound.stop();
+  EXPECT_EQ(log->count("Sound::play(): Playing sound."), 1);
+  EXPECT_EQ(sound.loadSound(missing), -1);
+  EXPECT_EQ(sound.getSound(), nullptr);
+  ASSERT_EQ(sound.loadSound(writeWav(dir.file("a.wav"), 300)), 0);
+  sf::Sound *voice = sound.getSound();
+  ASSERT_EQ(sound.loadSound(writeWav(dir.file("b.wav"), 700)), 0);
+  EXPECT_EQ(sound.loadSound(missing), -1);
+  EXPECT_EQ(sound.getSound(), voice);
+  EXPECT_EQ(voice->getBuffer()->getSampleCount(), 700u);
+}
+
+// A program that starts the engine, loads and plays a sound and a music and
+// shuts down: once where the audio library's ALSA output names a device that
+// does not exist (both complain on standard error when asked), once on the
+// library's silent null device.
+TEST(SoundOutputTest, WithoutADeviceOnlyTheLogSaysSoAndLoadsStillSucceed) {
+  const std::string note = "RM::startUp(): Note! No audio device: sound is off.";
+  for (const auto &[driver, notes] :
+       {std::pair<const char *, int>{"alsa", 1}, std::pair<const char *, int>{"null", 0}}) {
+    qvtest::TempDir dir;
+    writeWav(dir.file("boom.wav"), 800);
+    dir.write("qv-config.txt", "headless:true,\nnetworking:false,\n");
+    const std::string conf = dir.write("alsoft.conf", "[alsa]\ndevice = no-such-device\n");
+    qvtest::ChildProcess program(QV_START_STOP_PATH, dir.path(),
+                                 {{"ALSOFT_DRIVERS", driver},
+                                  {"ALSOFT_CONF", conf.c_str()},
+                                  {"QUORVELLE_LOG", nullptr},
+                                  {"QUORVELLE_CONFIG", nullptr},
+                                  {"QUORVELLE_LOG_LEVEL", nullptr}});
+    ASSERT_TRUE(program.wait()) << driver;
+    EXPECT_EQ(program.exitStatus(), 0) << driver;
+    EXPECT_EQ(program.stderrText(), "") << driver;
+    const std::vector<std::string> lines =
+        qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), note), notes) << driver;
+    EXPECT_EQ(lines.size(), 6u + notes) << driver;  // otherwise only the banners
+  }
 }
 
 }  // namespace
