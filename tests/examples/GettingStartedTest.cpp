@@ -16,13 +16,8 @@ using qvtest::readFile;
 
 TEST(GettingStartedTest, TheGuidesFirstGameIsTheBuiltOneAndRunsCleanly) {
   const std::string guide = readFile(QV_SOURCE_DIR "/docs/getting-started.md");
-  const std::string open = "```cpp\n";
-  const std::size_t start = guide.find(open);
-  ASSERT_NE(start, std::string::npos);
-  const std::size_t end = guide.find("\n```\n", start);
-  ASSERT_NE(end, std::string::npos);
-  EXPECT_EQ(guide.substr(start + open.size(), end + 1 - start - open.size()),
-            readFile(QV_SOURCE_DIR "/examples/minimal/main.cpp"));
+  const std::size_t start = guide.find("```cpp\n") + 7, end = guide.find("\n```\n", start) + 1;
+  EXPECT_EQ(guide.substr(start, end - start), readFile(QV_SOURCE_DIR "/examples/minimal/main.cpp"));
 
   qvtest::TempDir dir;
   qvtest::copyRunFolder(dir.path());
