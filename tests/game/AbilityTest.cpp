@@ -74,9 +74,7 @@ TEST_F(GameFixture, TheTurnEndsWhenTheActionsReachZeroOrOnEnterAndAbilitiesAddTo
     click(m[2], m[3]);
   }
   EXPECT_EQ(unitAt(5, 4)->getKind(), "Hunter");
-  EXPECT_EQ(state().getTurn(), 2);
-  EXPECT_EQ(state().getActions(), 3);
+  EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 2 / Actions: 3 / ");
   key(qv::Keyboard::ENTER);  // 3 unspent actions are lost: the next turn has 3, not 6
-  EXPECT_EQ(state().getTurn(), 3);
-  EXPECT_EQ(state().getActions(), 3);
+  EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 3 / Actions: 3 / ");
 }

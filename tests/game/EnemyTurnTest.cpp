@@ -22,9 +22,6 @@ struct Decision {
 const Decision DECISIONS[] = {
     {"a wall one column to the left is broken down (an Ogre's 2 damage)",
      rows(5) + ".....#o.....\n" + rows(6), rows(5) + "......o.....\n" + rows(6)},
-    {"walls above, below and to the right are not targets: the Ogre walks",
-     rows(4) + "......#.....\n......o#....\n......#.....\n" + rows(5),
-     rows(4) + "......#.....\n.....o.#....\n......#.....\n" + rows(5)},
     {"boxed in, the Goblin does nothing, not even attack the Warrior next to it",
      "..........Wg\n...........#\n" + rows(10), "..........Wg\n...........#\n" + rows(10)},
     {"enemies act in creation order, each on the board the earlier ones left",

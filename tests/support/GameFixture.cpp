@@ -28,10 +28,6 @@ const std::string UNIT_KINDS = "WHMgido#";
 const char *const KIND_NAMES[] = {"Warrior", "Hunter",    "Magician", "Goblin",
                                   "Imp",     "Deathwing", "Ogre",     "Wall"};
 
-qv::Vector tileCentre(int column, int row) {
-  return qv::Vector(static_cast<float>(20 + 5 * column), static_cast<float>(8 + 3 * row));
-}
-
 std::string shown(const qv::ViewObject *p_v) {
   if (!p_v->isVisible()) return "-";
   std::string text;
@@ -82,7 +78,8 @@ void GameFixture::key(qv::Keyboard::Key key, qv::KeyboardAction action) {
 void GameFixture::hover(int column, int row) {
   qv::EventMouse event;
   event.setMouseAction(qv::MOUSE_MOVED);
-  event.setMousePosition(qv::worldToView(tileCentre(column, row)));
+  event.setMousePosition(qv::worldToView(  // the tile's centre
+      qv::Vector(static_cast<float>(20 + 5 * column), static_cast<float>(8 + 3 * row))));
   qv::InputManager::getInstance().onEvent(&event);
 }
 
