@@ -47,13 +47,11 @@ std::vector<std::string> runUntil(int signal, const std::string &config, const c
 
 // The lines that are among these, in their order.
 std::vector<std::string> only(const std::vector<std::string> &wanted,
-                              std::vector<std::string> lines) {
-  lines.erase(std::remove_if(lines.begin(), lines.end(),
-                             [&wanted](const std::string &line) {
-                               return std::find(wanted.begin(), wanted.end(), line) == wanted.end();
-                             }),
-              lines.end());
-  return lines;
+                              const std::vector<std::string> &lines) {
+  std::vector<std::string> kept;
+  for (const std::string &line : lines)
+    if (std::count(wanted.begin(), wanted.end(), line) > 0) kept.push_back(line);
+  return kept;
 }
 
 }  // namespace
