@@ -1,149 +1,122 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <random>
 
 #include "Enemy.h"
 #include "GameFixture.h"
+#include "ReferenceEnemyTurn.h"
+#include "Tile.h"
 
 using qvtest::GameFixture;
 using qvtest::rows;
 
-namespace {
-
-struct Decision {
-  const char *rule;
-  std::string before;  // the board when the enemies act, in creation order
-  std::string after;   // after every enemy took its turn and the dead are gone
-};
-
-const std::string ROW = "............\n";
-
-const std::string WALLED = rows(5, ".#..........\n");
-
-const Decision DECISIONS[] = {
-    {"a wall one column to the left is broken down (an Ogre's 2 damage)",
-     rows(5) + ".....#o.....\n" + rows(6), rows(5) + "......o.....\n" + rows(6)},
-    {"walls above, below and to the right are not targets: the Ogre walks",
-     rows(4) + "......#.....\n......o#....\n......#.....\n" + rows(5),
-     rows(4) + "......#.....\n.....o.#....\n......#.....\n" + rows(5)},
-    {"boxed in, the Goblin does nothing, not even attack the Warrior next to it",
-     "..........Wg\n...........#\n" + rows(10), "..........Wg\n...........#\n" + rows(10)},
-    {"a hero is a goal worth twice its path: one step away it wins over the base",
-     rows(5) + "....i.......\n" + ROW + "....W.......\n" + rows(4),
-     rows(5) + "............\n....i.......\n....W.......\n" + rows(4)},
-    {"two steps away the hero scores 4, the base 3 steps away 3",
-     rows(5) + "....i.......\n" + ROW + ROW + "....W.......\n" + rows(3),
-     rows(5) + "...i........\n" + ROW + ROW + "....W.......\n" + rows(3)},
-    {"a base tile much nearer by distance than by path draws the Imp (the 1.5 rule)",
-     WALLED + ".#.i........\n.#..........\n.##.........\n.#..........\n.#..........\n" + rows(2),
-     WALLED + ".#i.........\n.#..........\n.##.........\n.#..........\n.#..........\n" + rows(2)},
-    {"enemies act in creation order, each on the board the earlier ones left",
-     rows(5) + "..gg........\n" + rows(6), rows(5) + "gg..........\n" + rows(6)},
-};
-
-}  // namespace
-
-TEST_F(GameFixture, EnemiesDecideByTheirTargetsGoalsAndPaths) {
+// Enemies act in creation order, each on the board the earlier ones left: the
+// first Goblin moves on, the second then has the way free; the Ogre breaks
+// down the wall to its left (2 damage), which is gone after the frame.
+TEST_F(GameFixture, EnemiesActInCreationOrderOnTheBoardTheEarlierOnesLeft) {
   startLevel();
-  for (const Decision &d : DECISIONS) {
-    layout(d.before);
-    for (int i = 0; i < state().getEnemyCount(); i++) state().getEnemy(i)->takeTurn();
-    frame();
-    EXPECT_EQ(units(), d.after) << d.rule;
+  layout(rows(5) + "..gg...#o...\n" + rows(6));
+  for (int i = 0; i < state().getEnemyCount(); i++) state().getEnemy(i)->takeTurn();
+  frame();
+  EXPECT_EQ(units(), rows(5) + "gg......o...\n" + rows(6));
+}
+
+// Every enemy of a random board decides as the plain search would, and acts on it.
+TEST_F(GameFixture, EnemyDecisionsAgreeWithThePlainSearchOnRandomBoards) {
+  startLevel();
+  std::mt19937 random(20261123);
+  const std::string symbols = "WHMgido#";
+  int decisions = 0;
+  for (int board_number = 0; board_number < 100; board_number++) {
+    std::string picture;
+    int density = static_cast<int>(random() % 50);
+    for (int r = 0; r < 12; r++) {
+      for (int c = 0; c < 12; c++)
+        picture += static_cast<int>(random() % 100) < density ? symbols[random() % 8] : '.';
+      picture += '\n';
+    }
+    layout(picture);
+    for (int i = 0; i < state().getEnemyCount(); i++, decisions++) {
+      Enemy *p_enemy = state().getEnemy(i);
+      reference::Decision expected = reference::enemyDecision(board(), *p_enemy);
+      Tile *p_stays = board().getTile(p_enemy->getGridX(), p_enemy->getGridY());
+      Tile *p_ends = expected.action == reference::Decision::MOVE ? expected.p_tile : p_stays;
+      Entity *p_target =
+          expected.action == reference::Decision::ATTACK ? expected.p_tile->getOccupant() : nullptr;
+      const int health = p_target ? p_target->getHealth() - p_enemy->getDamage() : 0;
+      p_enemy->takeTurn();
+      ASSERT_EQ(p_ends->getOccupant(), p_enemy) << picture;
+      if (p_target) {
+        ASSERT_EQ(p_target->getHealth(), health) << picture;
+      }
+    }
   }
+  EXPECT_GT(decisions, 1000);
 }
 
-TEST_F(GameFixture, EnemyAttacksTheTargetInScanOrderAndHitsAHeroBehindNoWall) {
-  startLevel();
-  // The Deathwing reaches 2 path steps: the Magician, first in scan order and
-  // 2 away by distance, is cut off by two Goblins, so the Hunter is hit.
-  layout(rows(4) + "....Mg......\n....gd.H....\n" + rows(6));
-  state().getEnemy(2)->takeTurn();
-  EXPECT_EQ(unitAt(7, 5)->getHealth(), 5);
-  EXPECT_EQ(unitAt(4, 4)->getHealth(), 6);
-  layout(rows(4) + "......W.....\n.....Hi.....\n" + rows(6));
-  state().getEnemy(0)->takeTurn();  // column 5 before column 6
-  EXPECT_EQ(unitAt(5, 5)->getHealth(), 5);
-  EXPECT_EQ(unitAt(6, 4)->getHealth(), 8);
-}
-
+// The spawn budget grows with the turn number; every group enters in the
+// right column, on a row drawn up to eleven times until one is free.
 TEST_F(GameFixture, SpawnsFollowTheTurnNumber) {
   startLevel();
-  layout(rows(12));
-  const char *const expected[] = {"Goblin",        "Goblin",        "Goblin",       "Goblin Imp",
-                                  "Goblin Imp",    "Goblin Imp",    "Goblin Imp",   "Deathwing Imp",
-                                  "Deathwing Imp", "Deathwing Imp", "Deathwing Imp"};
-  bool goblin_group = false, imp_group = false;
-  for (int turn = 1; turn <= 15; turn++) {
-    ASSERT_EQ(state().getTurn(), turn);
-    key(qv::Keyboard::ENTER);
-    std::string kinds;
-    for (int i = 0; i < state().getEnemyCount(); i++)
-      kinds += (i ? " " : "") + state().getEnemy(i)->getKind();
-    for (int i = 0; i < state().getEnemyCount(); i++)
-      EXPECT_EQ(state().getEnemy(i)->getGridX(), 11);
-    if (turn <= 11) {
-      EXPECT_EQ(kinds, expected[turn - 1]) << "turn " << turn;
-    } else {
-      goblin_group |= kinds == "Deathwing Goblin";
-      imp_group |= kinds == "Deathwing Imp Imp";
-      EXPECT_TRUE(kinds == "Deathwing Goblin" || kinds == "Deathwing Imp Imp") << kinds;
-    }
-    layout(rows(12));  // clear the way for the next group
-  }
-  EXPECT_TRUE(goblin_group && imp_group);  // seed 1 rolls both
-}
-
-TEST_F(GameFixture, AFullRightColumnSkipsTheSpawnAfterElevenRowDraws) {
-  startLevel();
-  std::string walled;
-  for (int r = 0; r < 12; r++) walled += "...........#\n";
-  layout(walled);
+  // Turn 1 into a full right column: one roll of rand() % 1, eleven row draws, no Goblin.
+  layout(rows(12, "...........#\n"));
   srand(3);
-  key(qv::Keyboard::ENTER);  // turn 1: one roll of rand() % 1, then the row draws
-  int next = rand();
+  key(qv::Keyboard::ENTER);
+  const int next = rand();
   srand(3);
   for (int i = 0; i < 12; i++) rand();
   EXPECT_EQ(rand(), next);
   EXPECT_EQ(state().getEnemyCount(), 0);
-  EXPECT_EQ(state().getTurn(), 2);
+  // Then a group a turn, drawn from what the turn number affords.
+  std::string groups;
+  for (int turns = 2; turns <= 15; turns++) {
+    layout(rows(12));  // clear the way for the next group
+    groups += "turn " + std::to_string(state().getTurn()) + ":";
+    key(qv::Keyboard::ENTER);
+    for (int i = 0; i < state().getEnemyCount(); i++) {
+      groups += " " + state().getEnemy(i)->getKind();
+      EXPECT_EQ(state().getEnemy(i)->getGridX(), 11);
+    }
+    groups += "\n";
+  }
+  EXPECT_EQ(groups,
+            "turn 2: Goblin\nturn 3: Goblin\nturn 4: Goblin Imp\nturn 5: Goblin Imp\n"
+            "turn 6: Goblin Imp\nturn 7: Goblin Imp\nturn 8: Deathwing Imp\n"
+            "turn 9: Deathwing Imp\nturn 10: Deathwing Imp\nturn 11: Deathwing Imp\n"
+            "turn 12: Deathwing Goblin\nturn 13: Deathwing Goblin\nturn 14: Deathwing Imp Imp\n"
+            "turn 15: Deathwing Imp Imp\n");
 }
 
+// In one enemy turn the Goblin reaches the base and the Ogre kills the selected Hunter.
 TEST_F(GameFixture, AnEnemyOnTheBaseLosesTheGameButTheTurnStillEndsAndNothingMoreHappens) {
   startLevel();
-  layout(rows(5) + ".W..........\n.g..........\n" + rows(5));
+  layout(rows(5) + ".W..........\n.g..Ho......\n" + rows(5));
   // A hero entering the base column is no loss.
   click(1, 5);
   click(0, 5);
   EXPECT_EQ(unitAt(0, 5)->getKind(), "Warrior");
   EXPECT_EQ(state().getPhase(), PLAYER_TURN);
+  unitAt(4, 6)->setHealth(2);
+  click(4, 6);
   key(qv::Keyboard::ENTER);
-  EXPECT_EQ(state().getPhase(), LOSS);
+  EXPECT_TRUE(unitAt(4, 6)->isDead());
+  frame();
+  EXPECT_EQ(unitAt(4, 6), nullptr);
+  EXPECT_EQ(board().getSelected(), nullptr);  // deselected as it went
+  EXPECT_EQ(colours(), rows(12, "cwwwwwwwwwww\n"));
   EXPECT_EQ(unitAt(0, 6)->getKind(), "Goblin");
-  EXPECT_EQ(state().getEnemyCount(), 2);  // the spawn still happened
-  EXPECT_EQ(state().getTurn(), 1);
+  EXPECT_EQ(state().getEnemyCount(), 3);  // the spawn still happened
+  EXPECT_EQ(hud().substr(0, 31), "Current Turn: Loss... / Turn 1 ");
   // No order counts any more.
   click(0, 5);
   key(qv::Keyboard::SPACE);
   key(qv::Keyboard::ENTER);
   EXPECT_EQ(board().getSelected(), nullptr);
-  EXPECT_EQ(state().getTurn(), 1);
-  EXPECT_EQ(state().getPhase(), LOSS);
-}
-
-TEST_F(GameFixture, ASelectedHeroKilledInTheEnemyTurnIsDeselectedWhenItGoes) {
-  startLevel();
-  layout(rows(5) + ".....Ho.....\n" + rows(6));
-  unitAt(5, 5)->setHealth(2);
-  click(5, 5);
-  key(qv::Keyboard::ENTER);
-  EXPECT_TRUE(unitAt(5, 5)->isDead());
+  EXPECT_EQ(hud().substr(0, 31), "Current Turn: Loss... / Turn 1 ");
+  // The next level is played again.
+  key(qv::Keyboard::ESCAPE);
   frame();
-  EXPECT_EQ(unitAt(5, 5), nullptr);
-  EXPECT_EQ(board().getSelected(), nullptr);
-  EXPECT_EQ(colours(), [] {
-    std::string plain;
-    for (int r = 0; r < 12; r++) plain += "cwwwwwwwwwww\n";
-    return plain;
-  }());
+  startLevel();
+  EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 2 / Actions: 3 / ");
 }

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <set>
-#include <utility>
 
+#include "Camera.h"
 #include "GameFixture.h"
+#include "Obstacle.h"
 #include "Tile.h"
+#include "core/GameManager.h"
 #include "world/WorldManager.h"
 
 using qvtest::GameFixture;
@@ -13,14 +14,15 @@ using qvtest::rows;
 
 namespace {
 
-const std::string EMPTY_ROW = "............\n";
+const std::string NOTHING = "LEFT CLICK to select. ENTER to end player turn.";
+const std::string PLAIN = rows(12, "cwwwwwwwwwww\n");
 
 // What the level start must leave after srand(seed): heroes at (6,6),
 // (4,3), (4,8), then 12 wall attempts of a column and a row draw each,
 // skipping taken tiles.
 std::string expectedStart(unsigned seed) {
   std::string board = rows(12);
-  auto at = [&board](int c, int r) -> char& { return board[static_cast<size_t>(r * 13 + c)]; };
+  auto at = [&board](int c, int r) -> char & { return board[static_cast<size_t>(r * 13 + c)]; };
   at(6, 6) = 'W';
   at(4, 3) = 'H';
   at(4, 8) = 'M';
@@ -35,43 +37,97 @@ std::string expectedStart(unsigned seed) {
 
 }  // namespace
 
-TEST_F(GameFixture, EachLevelStartPlacesHeroesAndWallsFromTheSeedAndAdvancesTheTurn) {
-  const unsigned seeds[] = {1, 7, 42, 20261123};
+TEST_F(GameFixture, LevelsStartFromTheSeedAndEscapeLeavesThemWithTheTurnCountGoingOn) {
+  qv::WorldManager &world = qv::WorldManager::getInstance();
   int turn = 0;
-  for (unsigned seed : seeds) {
+  for (unsigned seed : {1u, 42u, 20261123u}) {
+    key(qv::Keyboard::S);  // on the title screen: only its release reaches the camera
     srand(seed);
     startLevel();
+    startLevel();  // the title screen is gone: P does nothing more
+    const int next = rand();
     EXPECT_EQ(units(), expectedStart(seed)) << "seed " << seed;
-    EXPECT_EQ(state().getTurn(), ++turn);
-    EXPECT_EQ(state().getActions(), 3);
-    EXPECT_EQ(state().getHeroCount(), 3);
-    EXPECT_FALSE(menu->isActive());
-    // The next draw is the one after the 24 of the walls.
-    srand(seed);
-    for (int i = 0; i < 24; i++) rand();
-    int next = rand();
-    srand(seed);
-    startLevel();  // the menu is inactive now: P changes nothing
-    for (int i = 0; i < 24; i++) rand();
-    EXPECT_EQ(rand(), next);
+    EXPECT_EQ(rand(), next);  // the level took the draws of its walls, no more
+    EXPECT_EQ(hud(), "Current Turn: Player / Turn " + std::to_string(++turn) +
+                         " / Actions: 3 / - / - / " + NOTHING);
+    // The camera drifts while W A S D are held; opposite keys cancel.
+    Camera *p_camera = find<Camera>();
+    const qv::Vector start = p_camera->getPosition();
+    key(qv::Keyboard::S, qv::KEY_RELEASED);
+    key(qv::Keyboard::D);
+    for (int i = 0; i < 10; i++) frame();
+    EXPECT_EQ(p_camera->getPosition(), qv::Vector(start.getX() + 20, start.getY() - 10));
+    key(qv::Keyboard::D, qv::KEY_RELEASED);
+    key(qv::Keyboard::A);
+    key(qv::Keyboard::D);
+    frame();
+    EXPECT_EQ(p_camera->getPosition(), qv::Vector(start.getX() + 20, start.getY() - 11));
 
+    for (int i = 0; i < 110; i++) new Obstacle;  // the registries grow past 100
+    click(2, 2);
+    key(qv::Keyboard::Q);                         // nothing in a level
+    key(qv::Keyboard::ESCAPE, qv::KEY_RELEASED);  // only a press leaves
+    EXPECT_FALSE(menu->isActive());
     key(qv::Keyboard::ESCAPE);
     frame();
     EXPECT_TRUE(menu->isActive());
-    EXPECT_EQ(qv::WorldManager::getInstance().getAllObjects(true).getCount(), 1);
+    EXPECT_EQ(world.getAllObjects(true).getCount(), 1);
     EXPECT_EQ(state().getHeroCount() + state().getObstacleCount() + state().getEnemyCount(), 0);
+    EXPECT_EQ(world.getView().getCorner(), qv::Vector(0, 0));
+    EXPECT_FALSE(qv::GameManager::getInstance().getGameOver());
   }
+  key(qv::Keyboard::Q, qv::KEY_RELEASED);  // any action of Q quits
+  EXPECT_TRUE(qv::GameManager::getInstance().getGameOver());
+}
+
+// What the five displays show after each step of a short game.
+TEST_F(GameFixture, TheDisplaysFollowTheGame) {
+  startLevel();
+  layout(rows(3) + "...H........\n" + rows(1) + "....W#g.....\n.....gM.....\n" + "...........o\n" +
+         rows(4));
+  const std::string top = "Current Turn: Player / Turn 1 / Actions: ";
+  hover(0, 0);
+  EXPECT_EQ(hud(), top + "3 / - / - / " + NOTHING);
+  hover(5, 5);
+  EXPECT_EQ(hud(), top + "3 / - / Wall | Health: 2 / " + NOTHING);
+  click(11, 7);
+  click(4, 5);  // an enemy stays selected
+  EXPECT_EQ(hud(), top + "3 / Ogre | Health: 5 / Warrior | Health: 8 / RIGHT CLICK to deselect.");
+  clickHere(qv::Mouse::RIGHT);
+  clickHere();
+  EXPECT_EQ(hud(), top +
+                       "3 / Warrior | Health: 8 / Warrior | Health: 8 / RIGHT CLICK to "
+                       "deselect.\n\nSPACE to end the Warrior's turn but gain +1 Action for "
+                       "each adjacent Enemy.");
+  key(qv::Keyboard::SPACE);  // no enemy next to it: nothing
+  click(5, 5);               // attack the wall: 2 - 2
+  frame();
+  // The hovered tile's occupant is gone, and the pointer leaves the board.
+  hover(30, 2);
+  EXPECT_EQ(hud(), top + "2 / - / - / " + NOTHING);
+  click(6, 6);
+  key(qv::Keyboard::SPACE);  // the Magician's wall: one more action
+  EXPECT_EQ(hud(), top + "3 / - / Magician | Health: 6 / " + NOTHING);
+  click(6, 6);
+  hover(30, 2);  // off the board the last tile still counts
+  EXPECT_EQ(hud(), top +
+                       "3 / Magician | Health: 6 / Magician | Health: 6 / RIGHT CLICK to "
+                       "deselect.\n\nThis Hero's turn is over.\n\nENTER to end player turn.");
+  clickHere(qv::Mouse::RIGHT);
+  click(3, 3);
+  EXPECT_EQ(hud(), top +
+                       "3 / Hunter | Health: 6 / Hunter | Health: 6 / RIGHT CLICK to "
+                       "deselect.\n\nSPACE to end the hunter's turn, and gain +1 Action if "
+                       "there is a target enemy not in melee.");
+  key(qv::Keyboard::ENTER, qv::KEY_RELEASED);  // only a press ends the turn
+  key(qv::Keyboard::ENTER);
+  EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 2 / Actions: 3 / ");
 }
 
 TEST_F(GameFixture, SelectionColoursReachAlongPathsAndAttackReachThroughWalls) {
   startLevel();
-  layout(EMPTY_ROW + EMPTY_ROW + EMPTY_ROW + EMPTY_ROW +  //
-         ".....#......\n"
-         "....#H#.go..\n"
-         ".....#......\n" +
-         EMPTY_ROW +  //
-         ".....W#.....\n" + EMPTY_ROW + EMPTY_ROW + EMPTY_ROW);
-  const std::string plain = rows(12, "cwwwwwwwwwww\n");
+  layout(rows(4) + ".....#......\n....#H#.go..\n.....#......\n" + rows(1) + ".....W#.....\n" +
+         rows(3));
   // The walled-in Hunter cannot move; its reach of 3 passes the walls.
   click(5, 5);
   EXPECT_EQ(colours(), rows(4, "cwwwwwwwwwww\n") +
@@ -86,10 +142,10 @@ TEST_F(GameFixture, SelectionColoursReachAlongPathsAndAttackReachThroughWalls) {
   EXPECT_EQ(board().getSelected(), unitAt(5, 5));
   click(5, 8, qv::Mouse::RIGHT);
   EXPECT_EQ(board().getSelected(), nullptr);
-  EXPECT_EQ(colours(), plain);  // the hovered tile lost its yellow too
+  EXPECT_EQ(colours(), PLAIN);  // the hovered tile lost its yellow too
   EXPECT_TRUE(board().getTile(5, 8)->isHovered());
 
-  // The Warrior's move of 2 does not reach (7, 8) behind the wall.
+  // The Warrior's move of 2 does not reach (7, 8) behind the wall, nor (9, 9).
   click(5, 8);
   EXPECT_EQ(colours(), rows(7, "cwwwwwwwwwww\n") +
                            "cwwwgggwwwww\n"
@@ -97,17 +153,18 @@ TEST_F(GameFixture, SelectionColoursReachAlongPathsAndAttackReachThroughWalls) {
                            "cwwwgggwwwww\n"
                            "cwwwwgwwwwww\n"
                            "cwwwwwwwwwww\n");
+  click(7, 8);
+  click(9, 9);
   hover(6, 9);  // the pointer turns a tile yellow and gives the old one its colour back
-  EXPECT_EQ(colours().substr(9 * 13, 13), "cwwwggywwwww\n");
-  EXPECT_EQ(colours().substr(8 * 13, 13), "cwwgggrwwwww\n");
+  EXPECT_EQ(colours().substr(8 * 13, 26), "cwwgggrwwwww\ncwwwggywwwww\n");
 
   // A move costs an action, plays a move sound (one draw) and deselects.
   srand(5);
   clickHere();
-  int next = rand();
-  EXPECT_EQ(unitAt(6, 9)->getKind(), "Warrior");
+  const int next = rand();
+  EXPECT_EQ(units().substr(8 * 13, 26), "......#.....\n......W.....\n");
   EXPECT_EQ(state().getActions(), 2);
-  EXPECT_EQ(colours(), plain);
+  EXPECT_EQ(colours(), PLAIN);
   srand(5);
   rand();
   EXPECT_EQ(rand(), next);  // exactly one draw was taken

@@ -2,11 +2,16 @@
 
 #include <unistd.h>
 
+#include "ActionDisplay.h"
 #include "Enemy.h"
 #include "EventPlayerTurn.h"
 #include "Hero.h"
+#include "HoverStatDisplay.h"
 #include "Obstacle.h"
+#include "SelectStatDisplay.h"
 #include "Tile.h"
+#include "TurnCounter.h"
+#include "TurnDisplay.h"
 #include "assets.h"
 #include "core/EventStep.h"
 #include "core/GameManager.h"
@@ -23,8 +28,24 @@ const std::string UNIT_KINDS = "WHMgido#";
 const char *const KIND_NAMES[] = {"Warrior", "Hunter",    "Magician", "Goblin",
                                   "Imp",     "Deathwing", "Ogre",     "Wall"};
 
-qv::Vector tileCentre(int column, int row) {
-  return qv::Vector(static_cast<float>(20 + 5 * column), static_cast<float>(8 + 3 * row));
+std::string shown(const qv::ViewObject *p_v) {
+  if (!p_v->isVisible()) return "-";
+  std::string text;
+  for (char ch : p_v->displayText())
+    if (ch != ' ' || (!text.empty() && text.back() != ' ')) text += ch;
+  if (!text.empty() && text.back() == ' ') text.pop_back();
+  return text;
+}
+
+// A board picture of a character a tile.
+template <class F>
+std::string picture(F tile) {
+  std::string text;
+  for (int r = 0; r < 12; r++) {
+    for (int c = 0; c < 12; c++) text += tile(c, r);
+    text += '\n';
+  }
+  return text;
 }
 
 }  // namespace
@@ -57,7 +78,8 @@ void GameFixture::key(qv::Keyboard::Key key, qv::KeyboardAction action) {
 void GameFixture::hover(int column, int row) {
   qv::EventMouse event;
   event.setMouseAction(qv::MOUSE_MOVED);
-  event.setMousePosition(qv::worldToView(tileCentre(column, row)));
+  event.setMousePosition(qv::worldToView(  // the tile's centre
+      qv::Vector(static_cast<float>(20 + 5 * column), static_cast<float>(8 + 3 * row))));
   qv::InputManager::getInstance().onEvent(&event);
 }
 
@@ -110,38 +132,30 @@ Entity *GameFixture::unitAt(int column, int row) const {
 }
 
 std::string GameFixture::units() const {
-  std::string text;
-  for (int r = 0; r < 12; r++) {
-    for (int c = 0; c < 12; c++) {
-      Entity *p_unit = unitAt(c, r);
-      if (!p_unit) {
-        text += '.';
-        continue;
-      }
-      char symbol = '?';
-      for (size_t k = 0; k < UNIT_KINDS.size(); k++)
-        if (p_unit->getKind() == KIND_NAMES[k]) symbol = UNIT_KINDS[k];
-      text += symbol;
-    }
-    text += '\n';
-  }
-  return text;
+  return picture([this](int column, int row) {
+    const Entity *p_unit = unitAt(column, row);
+    for (size_t k = 0; p_unit && k < UNIT_KINDS.size(); k++)
+      if (p_unit->getKind() == KIND_NAMES[k]) return UNIT_KINDS[k];
+    return p_unit ? '?' : '.';
+  });
+}
+
+std::string GameFixture::colours() const {
+  return picture(
+      [this](int column, int row) { return spriteOf(board().getTile(column, row)).at(5); });
+}
+
+std::string GameFixture::hud() {
+  frame();
+  return shown(find<TurnDisplay>()) + " / " + shown(find<TurnCounter>()) + " / " +
+         shown(find<ActionDisplay>()) + " / " + shown(find<SelectStatDisplay>()) + " / " +
+         shown(find<HoverStatDisplay>()) + " / " +
+         find<SelectStatDisplay>()->getTextBox()->getText();
 }
 
 std::string GameFixture::spriteOf(const qv::Object *p_o) const {
   const qv::Sprite *p_sprite = p_o->getAnimation().getSprite();
   return p_sprite ? p_sprite->getLabel() : "";
-}
-
-std::string GameFixture::colours() const {
-  std::string text;
-  for (int r = 0; r < 12; r++) {
-    for (int c = 0; c < 12; c++) {
-      text += spriteOf(board().getTile(c, r)).substr(5, 1);
-    }
-    text += '\n';
-  }
-  return text;
 }
 
 }  // namespace qvtest

@@ -46,6 +46,10 @@ class GameFixture : public EngineFixture {
   // Tile colours by their sprite's first letter after "tile-": w y c g r.
   std::string colours() const;
   Entity *unitAt(int column, int row) const;
+  // After a frame, what the five displays show, padding dropped, "-" for a
+  // hidden one, then the text box's text: "Current Turn: Player / Turn 1 /
+  // Actions: 3 / selected / hovered / text".
+  std::string hud();
   // The first world object of a class, or none.
   template <class T>
   T *find() const {
