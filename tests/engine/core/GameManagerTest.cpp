@@ -158,7 +158,7 @@ TEST_F(GameManagerTest, RandomSeedFromConfigClockOrNotAtAll) {
 // A stop request before the run still lets every run do one frame, and it
 // outlives the first run (the splash screen's loop), so the game's loop ends
 // too; a new start clears it. One during a frame ends the loop after it. A
-// frame that runs over is logged, but not one of no frame time.
+// frame that runs over is logged, but none of no frame time.
 TEST_F(GameManagerTest, StopSignalsEndTheLoopAfterTheirFrameAndFollowTheSignalsSetting) {
   ASSERT_EQ(restartWith("log_level:1,frame_time:0,"), 0);
   raise(SIGINT);
@@ -173,23 +173,27 @@ TEST_F(GameManagerTest, StopSignalsEndTheLoopAfterTheirFrameAndFollowTheSignalsS
   ASSERT_EQ(restartWith(""), 0);
   auto *p_probe = new qvtest::Probe;
   p_probe->on_event = [](const qv::Event *) {
-    if (game().getStepCount() == 1) qv::platform::sleepMilliseconds(15);
-    if (game().getStepCount() == 3) raise(SIGTERM);
+    const int step = game().getStepCount();
+    if (step == 1 || step == 2) qv::platform::sleepMilliseconds(15);
+    if (step == 3) raise(SIGTERM);
     return 0;
   };
   p_probe->registerInterest(qv::STEP_EVENT);
   clock.delta();
   game().run();
   EXPECT_EQ(game().getStepCount(), 4);
-  EXPECT_GE(clock.split(), 40000);
-  std::vector<std::string> overruns;
-  for (const std::string &line : log->messages())
-    if (line.rfind("GameManager::run(): Can't keep up!", 0) == 0) overruns.push_back(line);
-  ASSERT_EQ(overruns.size(), 1u);
-  EXPECT_TRUE(std::regex_match(
-      overruns[0],
-      std::regex("GameManager::run\\(\\): Can't keep up! frame_time 10 ms, split 1[5-9] ms")))
-      << overruns[0];
+  EXPECT_GE(clock.split(), 45000);
+  // Frame 2 follows an overrun, so no oversleep explains its own.
+  int overruns = 0;
+  for (const std::string &line : log->messages()) {
+    if (line.rfind("GameManager::run(): Can't keep up!", 0) != 0) continue;
+    overruns++;
+    EXPECT_TRUE(std::regex_match(
+        line, std::regex("GameManager::run\\(\\): Can't keep up! frame_time 10 ms, split "
+                         "[1-9][0-9]+ ms")))
+        << line;
+  }
+  EXPECT_TRUE(overruns == 1 || overruns == 2) << overruns;
 
   EXPECT_NE(handlerOf(SIGINT), SIG_DFL);
   EXPECT_NE(handlerOf(SIGTERM), SIG_DFL);
