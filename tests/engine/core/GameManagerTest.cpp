@@ -146,13 +146,11 @@ TEST_F(GameManagerTest, RandomSeedFromConfigClockOrNotAtAll) {
   EXPECT_EQ(std::rand(), seven[0]);
   ASSERT_EQ(restartWith("random_seed:-1,"), 0);
   EXPECT_EQ(std::rand(), seven[1]);  // -1 leaves the generator alone
+  const long now = static_cast<long>(time(nullptr));
   ASSERT_EQ(restartWith("random_seed:0,log_level:10,"), 0);
-  const std::string seed_line = "GameManager()::startUp(): srand() seed with ";
-  const std::vector<std::string> lines = log->messages();
-  auto line = std::find_if(lines.begin(), lines.end(),
-                           [&](const std::string &l) { return l.rfind(seed_line, 0) == 0; });
-  ASSERT_NE(line, lines.end());
-  EXPECT_NEAR(std::atol(line->c_str() + seed_line.size()), static_cast<long>(time(nullptr)), 5);
+  const std::string seeded = "GameManager()::startUp(): srand() seed with ";
+  EXPECT_TRUE(log->contains(seeded + std::to_string(now)) ||
+              log->contains(seeded + std::to_string(now + 1)));
 }
 
 // A stop request before the run still lets every run do one frame, and it
