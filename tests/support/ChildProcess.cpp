@@ -18,10 +18,9 @@ namespace fs = std::filesystem;
 namespace qvtest {
 
 void copyRunFolder(const std::string &dir) {
-  fs::path run(QV_RUN_DIR);
-  fs::path program = fs::path(QV_GAME_PATH).filename();
-  for (const fs::directory_entry &entry : fs::directory_iterator(run)) {
-    fs::path name = entry.path().filename();
+  const fs::path program = fs::path(QV_GAME_PATH).filename();
+  for (const fs::directory_entry &entry : fs::directory_iterator(QV_RUN_DIR)) {
+    const fs::path name = entry.path().filename();
     if (name == program || name.extension() == ".log") continue;
     fs::copy(entry.path(), fs::path(dir) / name,
              fs::copy_options::recursive | fs::copy_options::overwrite_existing);
@@ -33,26 +32,15 @@ ChildProcess::ChildProcess(const std::string &program, const std::string &dir,
     : m_stderr_path(dir + "/stderr.txt") {
   m_pid = fork();
   if (m_pid != 0) return;
-  // In the child: only async-signal-safe work matters little here, the
-  // parent is a single-threaded test.
+  // In the child, up to exec. Handlers do not survive exec, but the mask
+  // does, and the test's must not leak into the program.
   if (chdir(dir.c_str()) != 0) _exit(126);
-  for (const auto &[name, value] : env) {
-    if (value)
-      setenv(name.c_str(), value, 1);
-    else
-      unsetenv(name.c_str());
-  }
-  int err = open(m_stderr_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-  int null_out = open("/dev/null", O_WRONLY);
-  if (err < 0 || null_out < 0) _exit(126);
-  dup2(err, STDERR_FILENO);
-  dup2(null_out, STDOUT_FILENO);
-  // The test's own handlers and mask must not leak into the program.
+  for (const auto &[name, value] : env) setEnv(name, value);
+  dup2(open(m_stderr_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), STDERR_FILENO);
+  dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  signal(SIGINT, SIG_DFL);
-  signal(SIGTERM, SIG_DFL);
   execl(program.c_str(), program.c_str(), static_cast<char *>(nullptr));
   _exit(127);
 }
@@ -65,16 +53,14 @@ ChildProcess::~ChildProcess() {
 }
 
 bool ChildProcess::waitUntilCatching(int sig, int timeout_ms) const {
-  auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
-  std::string status_file = "/proc/" + std::to_string(m_pid) + "/status";
-  while (std::chrono::steady_clock::now() < deadline) {
+  const std::string status_file = "/proc/" + std::to_string(m_pid) + "/status";
+  for (int waited = 0; waited < timeout_ms; waited += 5) {
     std::ifstream status(status_file);
     std::string line;
-    while (std::getline(status, line)) {
-      if (line.rfind("SigCgt:", 0) != 0) continue;
-      unsigned long long caught = std::strtoull(line.c_str() + 7, nullptr, 16);
-      if (caught & (1ULL << (sig - 1))) return true;
-    }
+    while (std::getline(status, line))
+      if (line.rfind("SigCgt:", 0) == 0 &&
+          (std::stoull(line.substr(7), nullptr, 16) >> (sig - 1) & 1))
+        return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   return false;
@@ -85,22 +71,17 @@ void ChildProcess::sendSignal(int sig) const {
 }
 
 bool ChildProcess::wait(int timeout_ms) {
-  if (m_done) return true;
-  auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
-  int status = 0;
-  while (waitpid(m_pid, &status, WNOHANG) == 0) {
-    if (std::chrono::steady_clock::now() > deadline) {
+  for (int waited = 0; !m_done; waited += 5) {
+    m_done = waitpid(m_pid, &m_status, WNOHANG) != 0;
+    if (m_done) break;
+    if (waited >= timeout_ms) {
       kill(m_pid, SIGKILL);
-      waitpid(m_pid, &status, 0);
-      m_done = true;
+      m_done = waitpid(m_pid, &m_status, 0) != 0;
+      m_status = -1;  // neither exited nor ended by a signal of its own
       return false;
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
-  m_done = true;
-  m_exited = WIFEXITED(status);
-  m_exit_status = m_exited ? WEXITSTATUS(status) : -1;
-  m_term_signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   return true;
 }
 

@@ -2,6 +2,7 @@
 #define QV_TEST_CHILD_PROCESS_H
 
 #include <sys/types.h>
+#include <sys/wait.h>
 
 #include <string>
 #include <utility>
@@ -25,25 +26,22 @@ class ChildProcess {
   ChildProcess(const ChildProcess &) = delete;
   ChildProcess &operator=(const ChildProcess &) = delete;
 
-  pid_t pid() const { return m_pid; }
   // Waits until the process catches sig (it has installed a handler).
   bool waitUntilCatching(int sig, int timeout_ms = 10000) const;
   void sendSignal(int sig) const;
   // Waits for the end; false on timeout (the process is then killed).
   bool wait(int timeout_ms = 10000);
 
-  bool exited() const { return m_exited; }
-  int exitStatus() const { return m_exit_status; }
+  bool exited() const { return m_done && WIFEXITED(m_status); }
+  int exitStatus() const { return exited() ? WEXITSTATUS(m_status) : -1; }
   // The signal that ended the process, 0 if it exited.
-  int termSignal() const { return m_term_signal; }
+  int termSignal() const { return m_done && WIFSIGNALED(m_status) ? WTERMSIG(m_status) : 0; }
   std::string stderrText() const;
 
  private:
   pid_t m_pid = -1;
   bool m_done = false;
-  bool m_exited = false;
-  int m_exit_status = -1;
-  int m_term_signal = 0;
+  int m_status = 0;  // from waitpid once done
   std::string m_stderr_path;
 };
 

@@ -17,21 +17,15 @@ TempDir::~TempDir() {
   if (!m_path.empty()) std::filesystem::remove_all(m_path, ignored);
 }
 
-std::string TempDir::file(const std::string &name) const {
-  return m_path + "/" + name;
-}
-
 std::string TempDir::write(const std::string &name, const std::string &text) const {
-  std::string full = file(name);
-  std::ofstream(full, std::ios::binary) << text;
-  return full;
+  std::ofstream(file(name), std::ios::binary) << text;
+  return file(name);
 }
 
 std::string readFile(const std::string &file_name) {
-  std::ifstream in(file_name, std::ios::binary);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  return ss.str();
+  std::stringstream text;
+  text << std::ifstream(file_name, std::ios::binary).rdbuf();
+  return text.str();
 }
 
 std::vector<std::string> logMessages(const std::string &log_text) {
@@ -41,31 +35,23 @@ std::vector<std::string> logMessages(const std::string &log_text) {
   while (std::getline(in, line)) {
     // "HH:MM:SS " then the frame number right-aligned in at least four
     // columns and one blank.
-    size_t pos = 9;
-    while (pos < line.size() && line[pos] == ' ') pos++;
-    while (pos < line.size() &&
-           (line[pos] == '-' || isdigit(static_cast<unsigned char>(line[pos]))))
-      pos++;
+    size_t pos = line.find_first_not_of(' ', 9);
+    if (pos != std::string::npos) pos = line.find_first_not_of("-0123456789", pos);
     messages.push_back(pos < line.size() ? line.substr(pos + 1) : "");
   }
   return messages;
 }
 
-ScopedEnv::ScopedEnv(const std::string &name, const char *value) : m_name(name) {
-  const char *old = std::getenv(name.c_str());
-  m_had_value = old != nullptr;
-  if (old) m_old_value = old;
+void setEnv(const std::string &name, const char *value) {
   if (value)
     setenv(name.c_str(), value, 1);
   else
     unsetenv(name.c_str());
 }
 
-ScopedEnv::~ScopedEnv() {
-  if (m_had_value)
-    setenv(m_name.c_str(), m_old_value.c_str(), 1);
-  else
-    unsetenv(m_name.c_str());
+ScopedEnv::ScopedEnv(const std::string &name, const char *value) : m_name(name) {
+  if (const char *old = std::getenv(name.c_str())) m_old_value = old;
+  setEnv(name, value);
 }
 
 }  // namespace qvtest

@@ -1,6 +1,7 @@
 #ifndef QV_TEST_TEMP_DIR_H
 #define QV_TEST_TEMP_DIR_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,7 @@ class TempDir {
 
   const std::string &path() const { return m_path; }
   // path()/name.
-  std::string file(const std::string &name) const;
+  std::string file(const std::string &name) const { return m_path + "/" + name; }
   // Writes text to path()/name and returns the full name.
   std::string write(const std::string &name, const std::string &text) const;
 
@@ -32,19 +33,21 @@ std::string readFile(const std::string &file_name);
 // prefix removed.
 std::vector<std::string> logMessages(const std::string &log_text);
 
-// Sets or, with a null value, unsets an environment variable for the life of
-// the object, then restores what was there before.
+// Sets an environment variable, or unsets it when value is null.
+void setEnv(const std::string &name, const char *value);
+
+// Sets or unsets (setEnv) an environment variable for the life of the
+// object, then restores what was there before.
 class ScopedEnv {
  public:
   ScopedEnv(const std::string &name, const char *value);
-  ~ScopedEnv();
+  ~ScopedEnv() { setEnv(m_name, m_old_value ? m_old_value->c_str() : nullptr); }
   ScopedEnv(const ScopedEnv &) = delete;
   ScopedEnv &operator=(const ScopedEnv &) = delete;
 
  private:
   std::string m_name;
-  bool m_had_value;
-  std::string m_old_value;
+  std::optional<std::string> m_old_value;
 };
 
 }  // namespace qvtest

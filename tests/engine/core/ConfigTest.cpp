@@ -4,182 +4,135 @@
 #include <vector>
 
 #include "EngineFixture.h"
-#include "LogCapture.h"
 #include "TempDir.h"
 #include "core/Config.h"
 #include "core/LogManager.h"
+#include "core/bounds.h"
+#include "graphics/DisplayManager.h"
 
 using qvtest::ScopedEnv;
-using qvtest::TempDir;
 
-namespace {
+class ConfigTest : public qvtest::LogFixture {
+ protected:
+  static qv::Config &config() { return qv::Config::getInstance(); }
+  // Loads text as the configuration file would be read, through QUORVELLE_CONFIG.
+  void loadFile(const std::string &text) {
+    ScopedEnv env("QUORVELLE_CONFIG", dir.write("qv-config.txt", text).c_str());
+    config().loadConfig();
+  }
 
-qv::Config &config() {
-  return qv::Config::getInstance();
-}
+  qvtest::TempDir dir;
+};
 
-// Loads text as the configuration file would be read, through QUORVELLE_CONFIG.
-void loadFile(const std::string &text) {
-  TempDir dir;
-  ScopedEnv env("QUORVELLE_CONFIG", dir.write("qv-config.txt", text).c_str());
-  config().loadConfig();
-}
-
-// Loads text and returns what went to standard error (the log is not open).
-std::string loadCapturingStderr(const std::string &text) {
-  testing::internal::CaptureStderr();
-  config().loadConfig(text);
-  return testing::internal::GetCapturedStderr();
-}
-
-}  // namespace
-
-class ConfigLogTest : public qvtest::LogFixture {};
-
-TEST_F(ConfigLogTest, DefaultsWhenFileIsMissingAndTheSummaryAtLevelOne) {
-  TempDir dir;
-  std::string name = dir.file("absent.txt");
-  ScopedEnv env("QUORVELLE_CONFIG", name.c_str());
-  config().loadConfig();
-  EXPECT_EQ(config().getConfigText(), "");
-  EXPECT_FLOAT_EQ(config().getFontScale(), 2.0f);
-  EXPECT_EQ(config().getQuadtreeThreshold(), 1);
-  EXPECT_EQ(config().getQuadtreeDepth(), 10);
-  EXPECT_TRUE(config().getSignals());
-  EXPECT_EQ(config().getLogLevel(), 0);
-  config().writeConfigToLog();
-  EXPECT_EQ(log->messages(), std::vector<std::string>{});  // the summary is level 1
-
-  qv::LogManager::getInstance().setLogLevel(1);
-  EXPECT_EQ(config().readConfig(), "");
-  EXPECT_EQ(log->messages(),
-            std::vector<std::string>{
-                "Config::readConfig(): Cannot open Quorvelle configuration file '" + name + "'."});
-  std::vector<std::string> summary = {"-----------------------------------",
-                                      "Quorvelle configuration:",
-                                      "  Window horizontal pixels: 1024",
-                                      "  Window vertical pixels: 768",
-                                      "  Window horizontal characters: 80",
-                                      "  Window vertical characters: 24",
-                                      "  Window background color: 0",
-                                      "  Frame time: 33",
-                                      "  Window style: 5",
-                                      "  Window state: default",
-                                      "  Window title: Quorvelle",
-                                      "  Show mouse: false",
-                                      "  Headless: false",
-                                      "  Font file: qv-font.ttf",
-                                      "  Log file: quorvelle.log",
-                                      "  Random seed: 0",
-                                      "  Networking: true",
-                                      "  Scene graph: grid",
-                                      "  Grid width: 20",
-                                      "  Grid height: 8",
-                                      "-----------------------------------"};
-  config().writeConfigToLog();
-  std::vector<std::string> lines = log->messages();
-  EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()), summary);
-
-  config().loadConfig(
-      "frame_time:16,window_state:fullscreen,headless:true,logfile:x.log,"
-      "random_seed:-1,networking:false,grid_width:10,");
-  summary[7] = "  Frame time: 16";
-  summary[9] = "  Window state: fullscreen";
-  summary[12] = "  Headless: true";
-  summary[14] = "  Log file: x.log";
-  summary[15] = "  Random seed: -1";
-  summary[16] = "  Networking: false";
-  summary[18] = "  Grid width: 10";
-  config().writeConfigToLog();
-  lines = log->messages();
-  EXPECT_EQ(std::vector<std::string>(lines.end() - summary.size(), lines.end()), summary);
-}
-
-TEST(ConfigTest, LinesJoinWithoutSeparatorSoEachNeedsItsComma) {
+// Lines are joined without a separator, so each needs its comma.
+TEST_F(ConfigTest, TheFileLosesCommentsAndLineEndsAndAMissingOneIsSaidAtLevelOne) {
   loadFile("# a comment, frame_time:99,\r\n\nframe_time:16,\r\nheadless:true,\n");
   EXPECT_EQ(config().getConfigText(), "frame_time:16,headless:true,");
   EXPECT_EQ(config().getFrameTime(), 16);
   EXPECT_TRUE(config().getHeadless());
-
-  // Without the comma the two lines become one item, "16headless:true".
-  loadFile("frame_time:16\nheadless:true,\n");
+  loadFile("frame_time:16\nheadless:true,\n");  // one item, "16headless:true"
   EXPECT_EQ(config().getFrameTime(), 16);
   EXPECT_FALSE(config().getHeadless());
+
+  const std::string absent = dir.file("absent.txt");
+  ScopedEnv env("QUORVELLE_CONFIG", absent.c_str());
+  config().loadConfig();
+  EXPECT_EQ(log->messages(), std::vector<std::string>{});
+  qv::LogManager::getInstance().setLogLevel(1);
+  config().loadConfig();
+  EXPECT_EQ(config().getConfigText(), "");
+  EXPECT_EQ(config().getQuadtreeThreshold(), 1);
+  EXPECT_EQ(
+      log->messages(),
+      std::vector<std::string>{"Config::readConfig(): Cannot open Quorvelle configuration file '" +
+                               absent + "'."});
 }
 
-TEST(ConfigTest, NumbersFollowAtoiAndAtofStringsLoseTheirBlanksAndBooleansNeedExactTrue) {
+// Numbers follow atoi and atof, white space goes even inside values, an empty
+// value changes nothing, booleans need an exact "true", keys compare exactly
+// and the first one wins, a piece of colons only ends the parse, and each
+// load starts from the defaults.
+TEST_F(ConfigTest, ValuesAreReadAsTheCLibraryReadsThem) {
+  config().loadConfig("quadtree_depth:3,frame_time:20,");
   config().loadConfig(
       "frame_time:33ms,window_horizontal_chars:abc,font_scale:1.5x,random_seed:-1,grid_width:  4 "
-      "2,quadtree_depth:,window_title: My Game ,show_mouse:True,networking:false,signals:yes,"
-      "headless:true,font_file:f.ttf,logfile:my.log,");
+      "2,quadtree_depth:,window_title: My Game :x,show_mouse:True,networking:false,signals:yes,"
+      "headless:true,font_file:f.ttf,logfile:my.log,grid_height:3,grid_height:5,Log_level:4,"
+      "::,quadtree_threshold:6,");
   EXPECT_EQ(config().getFrameTime(), 33);
   EXPECT_EQ(config().getWindowHorizontalChars(), 0);
   EXPECT_FLOAT_EQ(config().getFontScale(), 1.5f);
   EXPECT_EQ(config().getRandomSeed(), -1);
-  EXPECT_EQ(config().getGridWidth(), 42);      // white space goes, even inside values
-  EXPECT_EQ(config().getQuadtreeDepth(), 10);  // an empty value changes nothing
+  EXPECT_EQ(config().getGridWidth(), 42);
+  EXPECT_EQ(config().getQuadtreeDepth(), 10);
   EXPECT_EQ(config().getWindowTitle(), "MyGame");
-  EXPECT_FALSE(config().getShowMouse());
-  EXPECT_FALSE(config().getNetworking());
-  EXPECT_FALSE(config().getSignals());
+  EXPECT_FALSE(config().getShowMouse() || config().getNetworking() || config().getSignals());
   EXPECT_TRUE(config().getHeadless());
-  EXPECT_EQ(config().getFontFile(), "f.ttf");
-  EXPECT_EQ(config().getLogfile(), "my.log");
-}
-
-TEST(ConfigTest, ColorsStylesAndStatesAcceptOnlyTheirWords) {
-  EXPECT_EQ(loadCapturingStderr("window_background_color:yellow,window_style:none,"
-                                "window_state:fullscreen,"),
-            "");
-  EXPECT_EQ(config().getWindowBackgroundColor(), 3);
-  EXPECT_EQ(config().getWindowStyle(), 0);
-  EXPECT_EQ(config().getWindowState(), 1);
-
-  config().loadConfig("window_background_color:white,window_style:7,window_state:default,");
-  EXPECT_EQ(config().getWindowBackgroundColor(), 7);
-  EXPECT_EQ(config().getWindowStyle(), 7);
-  EXPECT_EQ(config().getWindowState(), 0);
-
-  std::string err =
-      loadCapturingStderr("window_background_color:Yellow,window_style:0,window_state:full,");
-  EXPECT_EQ(qvtest::logMessages(err),
-            (std::vector<std::string>{"loadConfig(): Unsupported window color 'Yellow'",
-                                      "loadConfig(): Unsupported window style '0'",
-                                      "loadConfig(): Unsupported window state 'full'"}));
-  EXPECT_EQ(config().getWindowBackgroundColor(), 0);
-  EXPECT_EQ(config().getWindowStyle(), 5);
-  EXPECT_EQ(config().getWindowState(), 0);
-}
-
-TEST(ConfigTest, FirstKeyWinsAndEachLoadStartsFromDefaults) {
-  config().loadConfig("frame_time:20,frame_time:40,grid_height:3,");
-  EXPECT_EQ(config().getFrameTime(), 20);
-  EXPECT_EQ(config().match("grid_height"), "3");
+  EXPECT_EQ(config().getFontFile() + " " + config().getLogfile(), "f.ttf my.log");
+  EXPECT_EQ(config().getGridHeight(), 3);
+  EXPECT_EQ(config().getLogLevel() + config().getQuadtreeThreshold(), 1);
+  // An empty text searches the items of the previous parse again.
+  EXPECT_EQ(qv::match("", "grid_height"), "3");
   config().loadConfig("grid_width:5,");
   EXPECT_EQ(config().getFrameTime(), 33);
   EXPECT_EQ(config().getGridHeight(), 8);
 }
 
-TEST(ConfigTest, MatchRemembersThePreviousItems) {
-  EXPECT_EQ(qv::match("a:1,b:2", "b"), "2");
-  EXPECT_EQ(qv::match("", "a"), "1");
-  EXPECT_EQ(qv::match("", "c"), "");
-  EXPECT_EQ(qv::match("a", "a"), "");
-  // Keys compare exactly; a value stops at the next colon.
-  EXPECT_EQ(qv::match(",,Key:v:w,,key:x,", "key"), "x");
-  EXPECT_EQ(qv::match("", "Key"), "v");
-  // A piece of colons only ends the parse: later items are never seen.
-  EXPECT_EQ(qv::match("a:1,::,b:2", "a"), "1");
-  EXPECT_EQ(qv::match("", "b"), "");
-  EXPECT_EQ(qv::match(" k e y : v a l ", "key"), "val");
+TEST_F(ConfigTest, ColorsStylesAndStatesAcceptOnlyTheirWords) {
+  auto window = [] {
+    return std::vector<int>{config().getWindowBackgroundColor(), config().getWindowStyle(),
+                            config().getWindowState()};
+  };
+  config().loadConfig("window_background_color:yellow,window_style:none,window_state:fullscreen,");
+  EXPECT_EQ(window(), (std::vector<int>{qv::YELLOW, 0, 1}));
+  config().loadConfig("window_background_color:white,window_style:7,window_state:default,");
+  EXPECT_EQ(window(), (std::vector<int>{qv::WHITE, 7, 0}));
+  EXPECT_EQ(log->messages(), std::vector<std::string>{});
+  config().loadConfig("window_background_color:Yellow,window_style:0,window_state:full,");
+  EXPECT_EQ(window(), (std::vector<int>{qv::BLACK, 5, 0}));
+  EXPECT_EQ(log->messages(),
+            (std::vector<std::string>{"loadConfig(): Unsupported window color 'Yellow'",
+                                      "loadConfig(): Unsupported window style '0'",
+                                      "loadConfig(): Unsupported window state 'full'"}));
 }
 
-TEST_F(ConfigLogTest, MatchTracesItsParseAtLevel25) {
-  qv::LogManager::getInstance().setLogLevel(25);
-  qv::match("a:1, b:2", "b");
-  EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{
-                "match(\"a:1, b:2\", \"b\")", "match(): number of elements allocated is 2",
-                "\titem number 0", "\tkey a", "\tval 1", "\titem number 1", "\tkey b", "\tval 2",
-                "match(): parsed.", "match(): Looking for match 'b' among 2 items."}));
+// No number at all gives the default font scale.
+TEST_F(ConfigTest, SettingsPastTheirBoundsAreClampedAndTheBoundsThemselvesPass) {
+  config().loadConfig(
+      "window_horizontal_chars:1000,window_vertical_pixels:16384,font_scale:0.1,frame_time:0,");
+  config().loadConfig("font_scale:10,frame_time:10000,");
+  EXPECT_EQ(log->messages(), std::vector<std::string>{});
+  config().loadConfig(
+      "frame_time:2147483647,font_scale:1e10,window_horizontal_pixels:99999,headless:true,"
+      "window_vertical_pixels:16385,window_horizontal_chars:200000,window_vertical_chars:1001,");
+  EXPECT_EQ(
+      (std::vector<int>{config().getFrameTime(), config().getWindowHorizontalPixels(),
+                        config().getWindowVerticalPixels(), config().getWindowHorizontalChars(),
+                        config().getWindowVerticalChars()}),
+      (std::vector<int>{10000, 16384, 16384, 1000, 1000}));
+  EXPECT_FLOAT_EQ(config().getFontScale(), 10.0f);
+  // The display holds the capped grid, and takes no wider one.
+  qv::DisplayManager &display = qv::DisplayManager::getInstance();
+  ASSERT_EQ(display.startUp(), 0);
+  EXPECT_EQ(display.screenText().size(), 1001u * 1000u);
+  display.setHorizontalChars(1001);
+  EXPECT_EQ(display.getHorizontalChars(), qv::CELLS_MAX);
+  display.shutDown();
+  config().loadConfig("font_scale:0,");
+  EXPECT_FLOAT_EQ(config().getFontScale(), 0.1f);
+  config().loadConfig("font_scale:nan,");
+  EXPECT_FLOAT_EQ(config().getFontScale(), 2.0f);
+  EXPECT_EQ(
+      log->messages(),
+      (std::vector<std::string>{
+          "loadConfig(): Warning! frame_time 2147483647 is over 10000; using 10000.",
+          "loadConfig(): Warning! font_scale 1e+10 out of range [0.1, 10]; using 10.",
+          "loadConfig(): Warning! window_horizontal_pixels 99999 is over 16384; using 16384.",
+          "loadConfig(): Warning! window_vertical_pixels 16385 is over 16384; using 16384.",
+          "loadConfig(): Warning! window_horizontal_chars 200000 is over 1000; using 1000.",
+          "loadConfig(): Warning! window_vertical_chars 1001 is over 1000; using 1000.",
+          "DisplayManager::setHorizontalChars(): Error! 1001 cells across is no grid; using 1000 "
+          "instead.",
+          "loadConfig(): Warning! font_scale 0 out of range [0.1, 10]; using 0.1.",
+          "loadConfig(): Warning! font_scale nan out of range [0.1, 10]; using 2."}));
 }
