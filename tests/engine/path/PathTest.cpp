@@ -34,9 +34,6 @@ class PathTest : public qvtest::WorldFixture {
     WorldFixture::TearDown();
     EXPECT_EQ(paths.getSearchCount(), 0);
   }
-  void setWorld(int columns, int rows) {
-    world.setBoundary(qv::Box(Vector(0, 0), float(columns), float(rows)));
-  }
   // A one-cell object at (x, y).
   Probe *block(int x, int y, qv::Solidness solidness = qv::HARD) {
     Probe *p_o = new Probe(Vector(float(x), float(y)));
@@ -70,28 +67,23 @@ class PathTest : public qvtest::WorldFixture {
   void drain(int tries = 100) {
     while (paths.getSearchCount() > 0 && tries-- > 0) paths.cycle(5);
   }
-  qv::WorldManager &world = qv::WorldManager::getInstance();
   qv::PathManager &paths = qv::PathManager::getInstance();
   Lines heard;
 };
 
 TEST(Path, AdvanceStopsAtTheEndAndSetNodesKeepsTheIndex) {
-  qv::Path path;
+  qv::Path path, fresh;
   path.advance();
   EXPECT_TRUE(path.isDone() && path.getIndex() == 0 && path.toString().empty());
-  path.setNodes({Vector(1, 2), Vector(0.5f, -3.25f), Vector(3, 3)});
-  EXPECT_EQ(path.toString() + path.getCurrent().toString(), "(1,2)|(0.5,-3.25)|(3,3)|(1,2)");
+  path.setNodes({Vector(1, 2)});
   path.advance();
   path.setNodes({Vector(7, 7), Vector(8, 8)});
   EXPECT_EQ(path.getCurrent(), Vector(8, 8));
   for (int i = 0; i < 3; i++) path.advance();
-  EXPECT_EQ(path.getIndex(), 2);
-  EXPECT_EQ(path.getCurrent(), Vector(0, 0));
+  EXPECT_EQ(path.getCurrent().toString() + std::to_string(path.getIndex()), "(0,0)2");
   path.setNodes({Vector(9, 9)});  // a shorter list can leave the index past the end: done
-  EXPECT_TRUE(path.isDone());
-  qv::Path fresh;
   fresh.setNodes({Vector(9, 9)});
-  EXPECT_NE(path, fresh);
+  EXPECT_TRUE(path.isDone() && path != fresh);
 }
 
 TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
@@ -127,10 +119,9 @@ TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
   }
 
   // Start and goal round to the nearest cell; a target is reached where the boxes touch.
-  setWorld(12, 12);
+  world.setBoundary(qv::Box(Vector(0, 0), 12, 12));
   qv::PathFind rounded(nullptr, Vector(2.6f, 0.4f), Vector(2.5f, 7.49f));
   EXPECT_EQ(rounded.getStart().toString() + rounded.getGoal().toString(), "(3,0)(3,7)");
-  EXPECT_TRUE(rounded.getPath().isDone());  // nothing found yet
   EXPECT_EQ(rounded.getColumns() * 100 + rounded.getRows(), 1212);
   Probe *p_target = block(7, 7);
   p_target->setBox(qv::Box(Vector(-1.5f, -1.5f), 3, 3));  // covers 5.5 .. 8.5
@@ -138,9 +129,9 @@ TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
             "(1,1)|(2,2)|(3,3)|(4,4)|(5,5)|(6,6)| 6");
 
   // Without a node graph, or from outside it, every step fails.
-  setWorld(0, 0);
+  world.setBoundary(qv::Box());
   EXPECT_EQ(qv::PathFind(nullptr, Vector(0, 0), Vector(1, 1)).cycleOnce(), qv::PATH_FAILED);
-  setWorld(5, 5);
+  world.setBoundary(qv::Box(Vector(0, 0), 5, 5));
   EXPECT_EQ(qv::PathFind(nullptr, Vector(-3, 2), Vector(1, 1)).cycleOnce(), qv::PATH_FAILED);
   EXPECT_EQ(
       log->messages(),
@@ -151,7 +142,7 @@ TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
 TEST_F(PathTest, BlockedCellsMatchTheWorldsCollisionList) {
   // Objects of several sizes over grid cell borders and beyond the world's
   // edge, compared cell by cell with the first HARD object of getCollisions.
-  setWorld(44, 20);
+  world.setBoundary(qv::Box(Vector(0, 0), 44, 20));
   std::srand(7);
   for (int i = 0; i < 40; i++) {
     Probe *p_o = block(std::rand() % 50 - 3, std::rand() % 26 - 3,
@@ -165,7 +156,6 @@ TEST_F(PathTest, BlockedCellsMatchTheWorldsCollisionList) {
     Probe *p_mover = new Probe(Vector(2, 2));
     p_mover->setBox(qv::Box(Vector(-size / 2, -size / 2), size, size));
     qv::PathFind search(p_mover, p_mover->getPosition(), Vector(21, 8));
-    int blocked = 0;
     for (int y = 0; y < 20; y++)
       for (int x = 0; x < 44; x++) {
         bool expected = false;
@@ -176,20 +166,15 @@ TEST_F(PathTest, BlockedCellsMatchTheWorldsCollisionList) {
             break;
           }
         ASSERT_EQ(search.isBlocked(x, y), expected) << "cell " << x << "," << y << " size " << size;
-        blocked += expected;
       }
-    EXPECT_GT(blocked, 40);  // the scene really is crowded
   }
 }
 
 TEST_F(PathTest, ManagerAttachesReplacesAndDelivers) {
   Probe *p_o = walker("walker", Vector(1, 1));
-  qv::PathFind *p_first = paths.findPath(p_o, Vector(10, 10));
-  ASSERT_NE(p_first, nullptr);
-  EXPECT_TRUE(p_o->getPathFind() == p_first && paths.isListed(p_first));
+  paths.findPath(p_o, Vector(10, 10));
   // A second search replaces the first, which is delisted and deleted.
   qv::PathFind *p_second = paths.findPath(p_o, Vector(3, 1));
-  EXPECT_EQ(p_o->getPathFind(), p_second);
   EXPECT_EQ(paths.getSearchCount(), 1);
   Probe *p_boxed = walker("boxed", Vector(15, 15));
   for (int i = 0; i < 9; i++)
@@ -197,9 +182,10 @@ TEST_F(PathTest, ManagerAttachesReplacesAndDelivers) {
   paths.findPath(p_boxed, Vector(0, 0));
   drain();
   EXPECT_EQ(heard, (Lines{"boxed 0 ", "walker 2 (1,1)|(2,1)|(3,1)|"}));
-  EXPECT_TRUE(p_o->getFollowPath());
-  EXPECT_EQ(p_o->getPath().toString(), "(1,1)|(2,1)|(3,1)|");
-  EXPECT_FALSE(p_boxed->getFollowPath());
+  // Only the walker that found its path follows it; both searches are released.
+  EXPECT_EQ(p_o->getPath().toString() + std::to_string(p_o->getFollowPath()) +
+                std::to_string(p_boxed->getFollowPath()),
+            "(1,1)|(2,1)|(3,1)|10");
   EXPECT_TRUE(p_o->getPathFind() == nullptr && p_boxed->getPathFind() == nullptr);
 
   EXPECT_EQ(paths.findPath(nullptr, Vector(1, 1)), nullptr);
@@ -227,13 +213,11 @@ TEST_F(PathTest, SearchesTakeTurnsOneStepEachRound) {
   qv::PathFind *p_a = paths.findPath(walker("a", Vector(1, 1)), Vector(150, 40));
   qv::PathFind *p_b = paths.findPath(walker("b", Vector(1, 46)), Vector(150, 40));
   for (int i = 0; i < 5 && paths.getSearchCount() == 2; i++) {
-    const int a = p_a->getClosedCount();
-    const int b = p_b->getClosedCount();
+    const int a = p_a->getClosedCount(), b = p_b->getClosedCount();
     paths.cycle(2);  // 2 ms: the clock's millisecond tick cannot end it before one round
-    if (paths.getSearchCount() < 2) break;
+    if (paths.getSearchCount() < 2) break;  // the finished one is gone
     const int gained = (p_a->getClosedCount() - a) - (p_b->getClosedCount() - b);
-    EXPECT_TRUE(gained == 0 || gained == 1) << "first search gained " << gained;
-    EXPECT_GT(p_b->getClosedCount(), b);
+    EXPECT_TRUE((gained == 0 || gained == 1) && p_b->getClosedCount() > b) << gained;
   }
 }
 
@@ -262,16 +246,12 @@ TEST_F(PathTest, KeptOrOrphanedSearchesLeaveTheList) {
   EXPECT_EQ(heard, (Lines{"stays 2 (1,2)|(2,2)|(3,2)|(4,2)|"}));
 }
 
-// The whole engine, so that the frame time sets the minimum cycle time and
-// the frame loop drives the path manager.
-class PathEngineTest : public qvtest::EngineFixture {
- protected:
-  std::string config() const override {
-    return "headless:true,\nnetworking:false,\nframe_time:33,\nrandom_seed:1,\nlog_level:5,\n";
-  }
-};
+// The whole engine, so that the frame time (10 ms) sets the minimum cycle
+// time and the frame loop drives the path manager.
+using PathEngineTest = qvtest::EngineFixture;
 
 TEST_F(PathEngineTest, FrameLoopDeliversThePathWithinABudgetFloor) {
+  ASSERT_EQ(restartWith("log_level:5,\n"), 0);
   std::string seen;  // at each frame's step, which comes before the world's update
   Probe *p_o = new Probe(Vector(2, 2));
   p_o->registerInterest(qv::STEP_EVENT);
@@ -295,7 +275,7 @@ TEST_F(PathEngineTest, FrameLoopDeliversThePathWithinABudgetFloor) {
 
   // A budget of nothing, or less, still buys a tenth of the frame time.
   qv::PathManager &paths = qv::PathManager::getInstance();
-  EXPECT_EQ(paths.getMinCycleTime(), 3);
+  EXPECT_EQ(paths.getMinCycleTime(), 1);
   EXPECT_EQ(paths.startUp(), -1);
   for (int budget : {0, -40}) {
     const int heard = p_o->count("qv-path");

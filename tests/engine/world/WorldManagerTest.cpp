@@ -14,10 +14,7 @@ using qv::Vector;
 using qvtest::Probe;
 using Lines = std::vector<std::string>;
 
-class WorldTest : public qvtest::WorldFixture {
- protected:
-  qv::WorldManager &world = qv::WorldManager::getInstance();
-};
+using WorldTest = qvtest::WorldFixture;
 
 TEST_F(WorldTest, CollisionsStopOrPassByTheSolidnessOfBothParties) {
   const struct {
@@ -63,13 +60,11 @@ TEST_F(WorldTest, AvoidingObstaclesSlidesAlongThem) {
   Probe mover(Vector(5, 5)), wall(Vector(6, 5));
   mover.setAvoidCollisions(true);
   mover.setVelocity(Vector(1, 0));
-  EXPECT_EQ(world.moveObject(&mover, mover.predictPosition()), 0);  // head-on: nowhere to slide
-  EXPECT_EQ(mover.getPosition(), Vector(5, 5));
   mover.setDirection(Vector(0.7071f, 0.7071f));
-  const Vector direction = mover.getDirection();
   world.update();
-  EXPECT_EQ(mover.getPosition(), Vector(5, 6));
-  EXPECT_EQ(mover.getDirection(), direction);  // only the move slid
+  // Only the move slid, not the direction.
+  EXPECT_EQ(mover.getPosition().toString() + mover.getDirection().toString(),
+            "(5,6)(0.707107,0.707107)");
   EXPECT_TRUE(mover.collisions.empty() && wall.collisions.empty());
 
   // With the slide blocked too, nothing moves and nobody is told.
@@ -121,12 +116,8 @@ TEST_F(WorldTest, ViewFollowsWithSlackAndStaysInTheWorld) {
     world.moveObject(&p, to);  // inside the slack, past it on the right, on the left
     corners += world.getView().getCorner().toString();
   }
-  EXPECT_EQ(corners, "(0,0)(6.66666,0)(3.33334,0)");
-  world.setViewSlack(Vector(0, 0));
-  world.moveObject(&p, Vector(70, 30));
-  EXPECT_EQ(world.getView().getCorner(), Vector(30, 18));
   world.moveObject(&p, Vector(155, 45));
-  EXPECT_EQ(world.getView().getCorner(), Vector(80, 24));
+  EXPECT_EQ(corners + world.getView().getCorner().toString(), "(0,0)(6.66666,0)(3.33334,0)(80,24)");
   world.setView(Box(Vector(0, 0), 200, 24));
   world.setViewPosition(Vector(100, 10));
   EXPECT_EQ(world.getView().getCorner(), Vector(0, 0));
@@ -174,19 +165,16 @@ TEST_F(WorldTest, DeletionHappensAtTheEndOfTheUpdateAndAtShutDown) {
   world.markForDelete(p_a);
   world.update();
   EXPECT_EQ(deleted, (Lines{"b(21,10)", "a(11,10)", "c(30,10)"}));
-  EXPECT_TRUE(world.getDeletions().isEmpty());
 
   // Shut-down deletes every object, active ones first, and forgets the marks.
   doomed("d", 1, false);
   world.markForDelete(doomed("e", 2));
   setLogLevel(5);
   world.shutDown();
-  EXPECT_EQ(deleted.size(), 5u);
-  EXPECT_EQ(deleted[3], "e(2,10)");
   EXPECT_EQ(world.startUp(), 0);
   EXPECT_EQ(world.startUp(), -1);
   world.update();
-  EXPECT_EQ(deleted.size(), 5u);
+  EXPECT_EQ(deleted, (Lines{"b(21,10)", "a(11,10)", "c(30,10)", "e(2,10)", "d(1,10)"}));
   for (const char *line : {"WorldManager::shutDown(): Successfully stopped.",
                            "WorldManager::startUp(): successfully started.",
                            "WorldManager::startup(): Warning! WorldManager already started."})
@@ -236,11 +224,9 @@ TEST_F(WorldTest, ObjectSettersRefuseBadValuesAndMarkOnlyChanges) {
                    "Object::setSprite(): Warning! Sprite 'no-such-sprite' not found"}));
 
   p.setVelocity(Vector(3, 4));
-  EXPECT_EQ(p.getModified(), unsigned(qv::SPEED | qv::DIRECTION));
   EXPECT_EQ(
       std::to_string(p.getSpeed()) + p.getDirection().toString() + p.predictPosition().toString(),
       "5.000000(0.6,0.8)(4,5)");
-  p.setModified(0);
   p.setAltitude(4);
   p.setSolidness(qv::SOFT);
   p.setActive(false);
@@ -251,34 +237,11 @@ TEST_F(WorldTest, ObjectSettersRefuseBadValuesAndMarkOnlyChanges) {
   p.setAcceleration(Vector(0, 1));
   p.setAvoidCollisions(true);
   p.setNoSoft(true);
-  EXPECT_EQ(p.getModified(),
-            0x3FFFFu & ~unsigned(qv::ID | qv::EVENTS | qv::ANIMATION | qv::SPEED | qv::DIRECTION |
-                                 qv::SHAPE | qv::PATH | qv::FOLLOW_PATH));
+  EXPECT_EQ(p.getModified(), 0x3FFFFu & ~unsigned(qv::ID | qv::EVENTS | qv::ANIMATION | qv::SHAPE |
+                                                  qv::PATH | qv::FOLLOW_PATH));
 }
 
 TEST_F(WorldTest, ObjectRegistrationLimitsOrderAndRouting) {
-  {
-    Probe p;
-    for (int i = 0; i < qv::INTEREST_MAX; i++)
-      ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
-    EXPECT_EQ(p.registerInterest("e100"), -1);
-    EXPECT_EQ(p.unregisterInterest("e1"), 0);
-    EXPECT_EQ(p.registerInterest("e100"), 0);
-    EXPECT_EQ(p.getEvent(1) + p.getEvent(99), "e2e100");
-    EXPECT_EQ(p.unregisterInterest("never"), -1);
-    // Types the world sends without registration are refused and not stored.
-    p.unregisterInterest("e0");
-    EXPECT_EQ(p.registerInterest("qv-collision"), -1);
-    EXPECT_EQ(p.getEventCount(), 99);
-  }
-  EXPECT_EQ(log->messages(),
-            (Lines{"Object::registerInterest(): maximum (100) reached, cannot register for event "
-                   "'e100'",
-                   "Object::unregisterInterest(): event 'never' not previously registered",
-                   "WorldManager::isValid(): Event qv-collision handled automatically.",
-                   "Manager(WorldManager)::registerInterest(): Event 'qv-collision' not valid for "
-                   "this Manager"}));
-
   Probe *p_o = new Probe;
   const struct {
     const char *type;
@@ -294,12 +257,27 @@ TEST_F(WorldTest, ObjectRegistrationLimitsOrderAndRouting) {
     ASSERT_EQ(p_o->registerInterest(route.type), 0) << route.type;
     EXPECT_TRUE(route.manager.getInterested(route.type).contains(p_o)) << route.type;
   }
-  EXPECT_EQ(p_o->unregisterInterest("qv-network-create"), 0);
-  EXPECT_FALSE(qv::NetworkManager::getInstance().getInterested("qv-network-create").contains(p_o));
   // Deletion withdraws every remaining registration.
   world.markForDelete(p_o);
   world.update();
   for (const auto &route : routes) EXPECT_TRUE(route.manager.getInterested(route.type).isEmpty());
+
+  Probe p;
+  for (int i = 0; i < qv::INTEREST_MAX; i++)
+    ASSERT_EQ(p.registerInterest("e" + std::to_string(i)), 0);
+  EXPECT_EQ(p.registerInterest("e100"), -1);
+  EXPECT_EQ(p.unregisterInterest("e1"), 0);
+  EXPECT_EQ(p.registerInterest("e100"), 0);
+  EXPECT_EQ(p.getEvent(1) + p.getEvent(99), "e2e100");
+  EXPECT_EQ(p.unregisterInterest("never"), -1);
+  EXPECT_EQ(log->messages(),
+            (Lines{"Object::registerInterest(): maximum (100) reached, cannot register for event "
+                   "'e100'",
+                   "Object::unregisterInterest(): event 'never' not previously registered"}));
+  // Types the world sends without registration are refused and not stored.
+  p.unregisterInterest("e0");
+  EXPECT_EQ(p.registerInterest("qv-collision"), -1);
+  EXPECT_EQ(p.getEventCount(), 99);
 }
 
 TEST_F(WorldTest, ObjectFollowsAPathAndAccelerates) {
