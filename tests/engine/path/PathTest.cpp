@@ -88,26 +88,27 @@ TEST(Path, AdvanceStopsAtTheEndAndSetNodesKeepsTheIndex) {
 
 TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
   const struct {
-    Vector size, from, to;
+    float width, height;
+    Vector from, to;
     const char *blocks;  // hard objects at "x,y", soft ones at "sx,y"
     const char *route;
   } cases[] = {
-      {Vector(10, 10), Vector(0, 0), Vector(3, 3), "", "(0,0)|(1,1)|(2,2)|(3,3)| 4"},
-      {Vector(10, 10), Vector(4, 4), Vector(4, 4), "", "(4,4)| 1"},
-      {Vector(10, 10), Vector(5, 5), Vector(4, 4), "4,5", "(5,5)|(4,4)| 2"},
-      {Vector(10, 10), Vector(5, 5), Vector(4, 4), "4,5 5,4", "(5,5)|(6,4)|(5,3)|(4,4)| 7"},
-      {Vector(10, 10), Vector(5, 5), Vector(4, 4), "s4,5 5,4", "(5,5)|(4,4)| 2"},
-      {Vector(10, 10), Vector(5, 5), Vector(0, 0), "4,4 5,4 6,4 4,5 6,5 4,6 5,6 6,6", "none 1"},
+      {10, 10, Vector(0, 0), Vector(3, 3), "", "(0,0)|(1,1)|(2,2)|(3,3)| 4"},
+      {10, 10, Vector(4, 4), Vector(4, 4), "", "(4,4)| 1"},
+      {10, 10, Vector(5, 5), Vector(4, 4), "4,5", "(5,5)|(4,4)| 2"},
+      {10, 10, Vector(5, 5), Vector(4, 4), "4,5 5,4", "(5,5)|(6,4)|(5,3)|(4,4)| 7"},
+      {10, 10, Vector(5, 5), Vector(4, 4), "s4,5 5,4", "(5,5)|(4,4)| 2"},
+      {10, 10, Vector(5, 5), Vector(0, 0), "4,4 5,4 6,4 4,5 6,5 4,6 5,6 6,6", "none 1"},
       // A HARD unit on the goal can be reached; passing it, it blocks.
-      {Vector(12, 5), Vector(1, 2), Vector(6, 2), "6,2", "(1,2)|(2,2)|(3,2)|(4,2)|(5,2)|(6,2)| 6"},
-      {Vector(12, 5), Vector(1, 2), Vector(10, 2), "6,2",
+      {12, 5, Vector(1, 2), Vector(6, 2), "6,2", "(1,2)|(2,2)|(3,2)|(4,2)|(5,2)|(6,2)| 6"},
+      {12, 5, Vector(1, 2), Vector(10, 2), "6,2",
        "(1,2)|(2,1)|(3,1)|(4,1)|(5,1)|(6,1)|(7,1)|(8,1)|(9,1)|(10,2)| 21"},
       // Over or under a wall costs the same; the cells below are found later, and win.
-      {Vector(11, 11), Vector(2, 5), Vector(8, 5), "5,3 5,4 5,5 5,6 5,7",
+      {11, 11, Vector(2, 5), Vector(8, 5), "5,3 5,4 5,5 5,6 5,7",
        "(2,5)|(3,6)|(4,7)|(5,8)|(6,7)|(7,6)|(8,5)| 20"},
   };
   for (const auto &c : cases) {
-    world.setBoundary(qv::Box(Vector(0, 0), c.size.getX(), c.size.getY()));
+    world.setBoundary(qv::Box(Vector(0, 0), c.width, c.height));
     std::istringstream blocks(c.blocks);
     for (std::string b; blocks >> b;)
       block(std::stoi(b.substr(b[0] == 's')), std::stoi(b.substr(b.find(',') + 1)),
@@ -241,7 +242,6 @@ TEST_F(PathTest, KeptOrOrphanedSearchesLeaveTheList) {
   world.markForDelete(p_gone);
   world.markForDelete(p_keeper);
   world.update();
-  EXPECT_EQ(paths.getSearchCount(), 1);
   drain();
   EXPECT_EQ(heard, (Lines{"stays 2 (1,2)|(2,2)|(3,2)|(4,2)|"}));
 }

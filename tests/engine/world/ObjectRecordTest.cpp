@@ -10,7 +10,6 @@
 #include "TempDir.h"
 #include "WorldFixture.h"
 #include "graphics/Animation.h"
-#include "graphics/TextBox.h"
 #include "graphics/ViewObject.h"
 #include "path/Path.h"
 #include "resources/ResourceManager.h"
@@ -39,7 +38,6 @@ class ObjectRecordTest : public qvtest::WorldFixture {
   static std::string vec(float x, float y) { return f32(x) + f32(y); }
   static std::string str(const std::string &text) { return le64(text.size()) + text; }
   const std::string NO = std::string(1, '\0'), YES = "\1";
-  const std::string HERO = str("hero") + le32(2) + le32(0xFFFFFFFF) + le32(qv::HORIZONTAL);
 
   static std::string record(Object *p_o, unsigned int attr = 0) {
     std::stringstream ss;
@@ -106,7 +104,7 @@ TEST_F(ObjectRecordTest, EveryAttributeReadsWritesAndLogsItsValue) {
       {qv::POSITION, vec(5, 6), {"\tPOSITION: (5,6)"}},
       {qv::TYPE, str("Hero"), {"\tTYPE: Hero"}},
       {qv::ANIMATION,
-       HERO,
+       str("hero") + le32(2) + le32(0xFFFFFFFF) + le32(qv::HORIZONTAL),
        {"\tANIMATION: sprite hero, frame_idx 2, slowdown_count -1, transform HORIZONTAL"}},
       {qv::ALTITUDE, le32(3), {"\tALTITUDE: 3"}},
       {qv::SOLIDNESS, le32(qv::SOFT), {"\tSOLIDNESS: soft"}},
