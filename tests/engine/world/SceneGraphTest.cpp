@@ -44,8 +44,8 @@ TEST_F(SceneGraphTest, GridCellsAtEdgesOutsideAndInCollisions) {
   // of objects reaching outside the world.
   Probe p;
   std::string seen;
-  for (Vector at : {Vector(25, 10), Vector(20, 16), Vector(0, 0), Vector(25, 0),
-                    Vector(159.6f, 47.6f), Vector(-5, 10), Vector(25, 1e30f), Vector(40, 12)}) {
+  for (Vector at : {Vector(25, 10), Vector(20, 16), Vector(0, 0), Vector(25, 0), Vector(159.6f, 20),
+                    Vector(25, 47.6f), Vector(-5, 10), Vector(25, 1e30f), Vector(40, 12)}) {
     p.setPosition(at);
     seen += where(&p) + "|";
   }
@@ -58,7 +58,8 @@ TEST_F(SceneGraphTest, GridCellsAtEdgesOutsideAndInCollisions) {
             "asv2t 0,1 1,1 0,2 1,2|"  // box [19.5, 20.49] spans two columns
             "asv2t -1,-1 0,0|"
             "asv2t -1,-1 1,0|"  // top edge only
-            "asv2t -1,-1 7,5|"
+            "asv2t -1,-1 7,2|"  // right edge only
+            "asv2t -1,-1 1,5|"  // bottom edge only
             "asv2t -1,-1|"
             "asv2t -1,-1|"
             "asv2t 1,1 2,1|"  // box reaches into column 2
