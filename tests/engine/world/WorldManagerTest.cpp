@@ -183,23 +183,18 @@ TEST_F(WorldTest, DeletionHappensAtTheEndOfTheUpdateAndAtShutDown) {
 }
 
 TEST_F(WorldTest, DrawsLowAltitudesFirstAndOnlyWhatIsInView) {
+  // At 100 an object is outside the 80 x 24 view; at 80.4 its box reaches into it.
+  const float xs[] = {10, 12, 14, 16, 100, 18, 20, 80.4f};
+  const int altitudes[] = {3, 0, 4, 0, 1, 1, 1, 2};
   std::vector<int> drawn;
-  const struct {
-    float x;
-    int altitude;
-    bool visible, active;
-  } cases[] = {
-      // At 100 an object is outside the 80 x 24 view; at 80.4 its box reaches into it.
-      {10, 3, true, true},  {12, 0, true, true},  {14, 4, true, true},  {16, 0, true, true},
-      {100, 1, true, true}, {18, 1, false, true}, {20, 1, true, false}, {80.4f, 2, true, true},
-  };
+  std::vector<Probe *> probes;
   for (int id = 0; id < 8; id++) {
-    Probe *p_o = new Probe(Vector(cases[id].x, 10));
-    p_o->setAltitude(cases[id].altitude);
-    p_o->setVisible(cases[id].visible);
-    p_o->setActive(cases[id].active);
-    p_o->on_draw = [&drawn, id](Probe *) { drawn.push_back(id); };
+    probes.push_back(new Probe(Vector(xs[id], 10)));
+    probes[id]->setAltitude(altitudes[id]);
+    probes[id]->on_draw = [&drawn, id](Probe *) { drawn.push_back(id); };
   }
+  probes[5]->setVisible(false);
+  probes[6]->setActive(false);
   world.draw();
   EXPECT_EQ(drawn, (std::vector<int>{1, 3, 7, 0, 2}));
 }
@@ -250,10 +245,10 @@ TEST_F(WorldTest, ObjectRegistrationLimitsOrderAndRouting) {
       {"playerturn", world},
       {"qv-path", world},
   };
-  for (const auto &route : routes) {
-    ASSERT_EQ(p_o->registerInterest(route.type), 0) << route.type;
-    EXPECT_TRUE(route.manager.getInterested(route.type).contains(p_o)) << route.type;
-  }
+  for (const auto &route : routes)
+    EXPECT_TRUE(p_o->registerInterest(route.type) == 0 &&
+                route.manager.getInterested(route.type).contains(p_o))
+        << route.type;
   // Deletion withdraws every remaining registration.
   world.markForDelete(p_o);
   world.update();
