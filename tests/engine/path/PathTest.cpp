@@ -143,7 +143,8 @@ TEST_F(PathTest, SearchesGoAroundHardObjectsAndNeverSqueezeDiagonally) {
 TEST_F(PathTest, BlockedCellsMatchTheWorldsCollisionList) {
   // Objects of several sizes over grid cell borders and beyond the world's
   // edge, compared cell by cell with the first HARD object of getCollisions.
-  world.setBoundary(qv::Box(Vector(0, 0), 44, 20));
+  // The world is two grid cells wide and high, so that its edges are the grid's.
+  world.setBoundary(qv::Box(Vector(0, 0), 40, 16));
   std::srand(7);
   for (int i = 0; i < 40; i++) {
     Probe *p_o = block(std::rand() % 50 - 3, std::rand() % 26 - 3,
@@ -152,13 +153,14 @@ TEST_F(PathTest, BlockedCellsMatchTheWorldsCollisionList) {
     const float h = 0.5f + static_cast<float>(std::rand() % 4);
     p_o->setBox(qv::Box(Vector(-w / 2, -h / 2), w, h));
   }
-  block(21, 8)->setBox(qv::Box(Vector(-2, -2), 4, 4));  // on the goal
+  block(21, 8)->setBox(qv::Box(Vector(-2, -2), 4, 4));            // on the goal
+  block(21, 3)->setBox(qv::Box(Vector(-0.75f, -0.5f), 1.5f, 1));  // only past a column border
   for (const float size : {0.99f, 3.0f}) {
     Probe *p_mover = new Probe(Vector(2, 2));
     p_mover->setBox(qv::Box(Vector(-size / 2, -size / 2), size, size));
     qv::PathFind search(p_mover, p_mover->getPosition(), Vector(21, 8));
-    for (int y = 0; y < 20; y++)
-      for (int x = 0; x < 44; x++) {
+    for (int y = 0; y < 16; y++)
+      for (int x = 0; x < 40; x++) {
         bool expected = false;
         const qv::ObjectList hits = world.getCollisions(p_mover, Vector(float(x), float(y)));
         for (int k = 0; k < hits.getCount(); k++)
