@@ -31,19 +31,18 @@ class WorldFixture : public ::testing::Test {
     qv::GameManager::getInstance().setGameOver(false);
     log = std::make_unique<LogCapture>();
     ASSERT_TRUE(log->start());
-    qv::WorldManager &world = qv::WorldManager::getInstance();
     ASSERT_EQ(world.startUp(), 0);
     world.setBoundary(qv::Box(qv::Vector(0, 0), 160, 48));
     world.setView(qv::Box(qv::Vector(0, 0), 80, 24));
   }
   void TearDown() override {
-    qv::WorldManager &world = qv::WorldManager::getInstance();
     if (world.isStarted()) world.shutDown();
     log.reset();
     qv::GameManager::getInstance().setGameOver(game_over);
   }
   void setLogLevel(int level) { qv::LogManager::getInstance().setLogLevel(level); }
 
+  qv::WorldManager &world = qv::WorldManager::getInstance();
   std::unique_ptr<LogCapture> log;
   bool game_over = false;
 };
