@@ -5,11 +5,11 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <iterator>
 #include <regex>
 #include <string>
 #include <thread>
@@ -21,7 +21,6 @@
 #include "core/EventStep.h"
 #include "core/FramePacing.h"
 #include "core/GameManager.h"
-#include "core/LogManager.h"
 #include "platform/platform.h"
 #include "world/WorldManager.h"
 
@@ -33,104 +32,70 @@ qv::GameManager &game() {
 
 const std::string STARS(52, '*');
 
-// The current disposition of sig.
-void (*handlerOf(int sig))(int) {
-  struct sigaction current {};
-  sigaction(sig, nullptr, &current);
-  return current.sa_handler;
-}
-
-// The log's lines from the first that is exactly line on.
-std::vector<std::string> linesFrom(const std::string &line, std::vector<std::string> lines) {
-  lines.erase(lines.begin(), std::find(lines.begin(), lines.end(), line));
-  return lines;
-}
-
 class GameManagerTest : public qvtest::EngineFixture {};
 
-// Started from a working directory too long for its buffer; the summary shows
-// the defaults but for the fixture's settings. Then a start that fails
-// because a manager is already running: the loop refuses to run, and
-// shut-down stops only the managers that started.
+// Started from a working directory of 256 characters, one more than its
+// buffer holds with the terminating zero; the summary shows the defaults but
+// for the fixture's settings. Then a start that fails because a manager is
+// already running: the loop refuses to run, and shut-down stops only the
+// managers that started. The banner is checked where the game runs as a
+// program.
 TEST_F(GameManagerTest, StartUpAndShutDownLogEachManagerInOrder) {
-  EXPECT_EQ(log->messages(), (std::vector<std::string>{STARS, "** Quorvelle version 4.25 **",
-                                                       "** Game engine started **", STARS}));
-  std::string deep = dir.path();
-  while (deep.size() < 300) deep += "/" + std::string(40, 'd');
-  std::filesystem::create_directories(deep);
-  const std::string old = qv::platform::currentDirectory(4096);
+  // Each test runs in a process of its own, which may stay in this folder.
+  const std::string deep = dir.path() + "/" + std::string(255 - dir.path().size(), 'd');
+  std::filesystem::create_directory(deep);
   ASSERT_EQ(chdir(deep.c_str()), 0);
-  const int started = restartWith("log_level:1,");
-  ASSERT_EQ(chdir(old.c_str()), 0);
-  ASSERT_EQ(started, 0);
+  ASSERT_EQ(qv::platform::currentDirectory(257), deep);  // 256 characters and the end
+  ASSERT_EQ(restartWith("log_level:1,"), 0);
   EXPECT_EQ(game().startUp(), -1);
-  EXPECT_EQ(game().getFrameTime(), 10);
   EXPECT_FALSE(game().getGameOver());
-  EXPECT_TRUE(game().isValid("qv-step"));
-  EXPECT_FALSE(game().isValid("qv-keyboard") || game().isValid("playerturn"));
   game().shutDown();
   EXPECT_TRUE(game().getGameOver());
-  EXPECT_FALSE(game().isStarted() || qv::LogManager::getInstance().isStarted());
-  EXPECT_EQ(log->messages(), (std::vector<std::string>{
-                                 STARS,
-                                 "** Quorvelle version 4.25 **",
-                                 "** Game engine started **",
-                                 STARS,
-                                 "-----------------------------------",
-                                 "Quorvelle configuration:",
-                                 "  Window horizontal pixels: 1024",
-                                 "  Window vertical pixels: 768",
-                                 "  Window horizontal characters: 80",
-                                 "  Window vertical characters: 24",
-                                 "  Window background color: 0",
-                                 "  Frame time: 10",
-                                 "  Window style: 5",
-                                 "  Window state: default",
-                                 "  Window title: Quorvelle",
-                                 "  Show mouse: false",
-                                 "  Headless: true",
-                                 "  Font file: qv-font.ttf",
-                                 "  Log file: quorvelle.log",
-                                 "  Random seed: 1",
-                                 "  Networking: false",
-                                 "  Scene graph: grid",
-                                 "  Grid width: 20",
-                                 "  Grid height: 8",
-                                 "-----------------------------------",
-                                 "Working directory:",
-                                 "  (full path too long)",
-                                 "Log Manager started.",
-                                 "DisplayManager::startUp(): no graphics in headless mode.",
-                                 "Display manager started.",
-                                 "InputManager::startUp(): no input in headless mode.",
-                                 "Input manager started.",
-                                 "Resource manager started.",
-                                 "Scenegraph configuration: GRID",
-                                 "World manager started.",
-                                 "Path manager started.",
-                                 "Scenegraph configuration: GRID",
-                                 "GameManager successfully started.",
-                                 "GameManager::startup(): Warning! GameManager already started.",
-                                 "Path manager stopped",
-                                 "World manager stopped",
-                                 "Resource manager stopped",
-                                 "Input manager stopped",
-                                 "Display manager stopped",
-                                 STARS,
-                                 "** Game engine stopped **"}));
+  const std::vector<std::string> lines = log->messages();
+  EXPECT_EQ(std::vector<std::string>(lines.begin() + 4, lines.begin() + 28),
+            (std::vector<std::string>{"-----------------------------------",
+                                      "Quorvelle configuration:",
+                                      "  Window horizontal pixels: 1024",
+                                      "  Window vertical pixels: 768",
+                                      "  Window horizontal characters: 80",
+                                      "  Window vertical characters: 24",
+                                      "  Window background color: 0",
+                                      "  Frame time: 10",
+                                      "  Window style: 5",
+                                      "  Window state: default",
+                                      "  Window title: Quorvelle",
+                                      "  Show mouse: false",
+                                      "  Headless: true",
+                                      "  Font file: qv-font.ttf",
+                                      "  Log file: quorvelle.log",
+                                      "  Random seed: 1",
+                                      "  Networking: false",
+                                      "  Scene graph: grid",
+                                      "  Grid width: 20",
+                                      "  Grid height: 8",
+                                      "-----------------------------------",
+                                      "Working directory:",
+                                      "  (full path too long)",
+                                      "Log Manager started."}));
+  EXPECT_EQ(
+      std::vector<std::string>(lines.begin() + 28, lines.end()),
+      (std::vector<std::string>{
+          "DisplayManager::startUp(): no graphics in headless mode.", "Display manager started.",
+          "InputManager::startUp(): no input in headless mode.", "Input manager started.",
+          "Resource manager started.", "Scenegraph configuration: GRID", "World manager started.",
+          "Path manager started.", "Scenegraph configuration: GRID",
+          "GameManager successfully started.",
+          "GameManager::startup(): Warning! GameManager already started.", "Path manager stopped",
+          "World manager stopped", "Resource manager stopped", "Input manager stopped",
+          "Display manager stopped", STARS, "** Game engine stopped **"}));
 
   ASSERT_EQ(qv::WorldManager::getInstance().startUp(), 0);
   EXPECT_EQ(restartWith("log_level:1,"), -1);
-  EXPECT_FALSE(game().isStarted());
-  qv::Clock clock;
-  game().run();
-  EXPECT_LT(clock.split(), 100000);
-  EXPECT_TRUE(game().getGameOver());
-  EXPECT_EQ(game().getStepCount(), 0);
+  game().run();  // at once: a loop without managers would never end
   game().shutDown();
-  EXPECT_EQ(linesFrom("Resource manager started.", log->messages()),
+  const std::vector<std::string> failed = log->messages();
+  EXPECT_EQ(std::vector<std::string>(failed.end() - 9, failed.end()),
             (std::vector<std::string>{
-                "Resource manager started.",
                 "WorldManager::startup(): Warning! WorldManager already started.",
                 "GameManager::startUp(): Error starting world manager.",
                 "GameManager::run(): Error! GameManager not started (startUp() failed or was never "
@@ -156,17 +121,12 @@ TEST_F(GameManagerTest, RandomSeedFromConfigClockOrNotAtAll) {
 // A stop request before the run still lets every run do one frame, and it
 // outlives the first run (the splash screen's loop), so the game's loop ends
 // too; a new start clears it. One during a frame ends the loop after it. A
-// frame that runs over is logged, but none of no frame time.
-TEST_F(GameManagerTest, StopSignalsEndTheLoopAfterTheirFrameAndFollowTheSignalsSetting) {
-  ASSERT_EQ(restartWith("log_level:1,frame_time:0,"), 0);
+// frame that runs over is logged.
+TEST_F(GameManagerTest, StopSignalsEndTheLoopAfterTheirFrameAndShutDownRestoresTheirDefault) {
   raise(SIGINT);
-  EXPECT_TRUE(game().getGameOver());
-  qv::Clock clock;
   game().run();
   game().run();
   EXPECT_EQ(game().getStepCount(), 1);
-  EXPECT_LT(clock.split(), 5000);  // a zero frame time never sleeps
-  EXPECT_EQ(log->count("GameManager::run(): end of game loop"), 2);
 
   ASSERT_EQ(restartWith(""), 0);
   auto *p_probe = new qvtest::Probe;
@@ -177,33 +137,26 @@ TEST_F(GameManagerTest, StopSignalsEndTheLoopAfterTheirFrameAndFollowTheSignalsS
     return 0;
   };
   p_probe->registerInterest(qv::STEP_EVENT);
-  clock.delta();
+  qv::Clock clock;
   game().run();
   EXPECT_EQ(game().getStepCount(), 4);
   EXPECT_GE(clock.split(), 45000);
   // Frame 2 follows an overrun, so no oversleep explains its own.
-  int overruns = 0;
-  for (const std::string &line : log->messages()) {
-    if (line.rfind("GameManager::run(): Can't keep up!", 0) != 0) continue;
-    overruns++;
-    EXPECT_TRUE(std::regex_match(
-        line, std::regex("GameManager::run\\(\\): Can't keep up! frame_time 10 ms, split "
-                         "[1-9][0-9]+ ms")))
-        << line;
-  }
-  EXPECT_TRUE(overruns == 1 || overruns == 2) << overruns;
+  const std::string text = log->text();
+  const std::regex overrun(
+      "GameManager::run\\(\\): Can't keep up! frame_time 10 ms, split [1-9][0-9]+ ms\n");
+  const auto overruns = std::distance(std::sregex_iterator(text.begin(), text.end(), overrun),
+                                      std::sregex_iterator());
+  EXPECT_TRUE(overruns == 1 || overruns == 2) << text;
 
-  EXPECT_NE(handlerOf(SIGINT), SIG_DFL);
-  EXPECT_NE(handlerOf(SIGTERM), SIG_DFL);
   game().shutDown();
-  EXPECT_EQ(handlerOf(SIGINT), SIG_DFL);
-  ASSERT_EQ(restartWith("signals:false,"), 0);
-  EXPECT_EQ(handlerOf(SIGINT), SIG_DFL);
-  EXPECT_EQ(handlerOf(SIGTERM), SIG_DFL);
+  struct sigaction after {};
+  sigaction(SIGINT, nullptr, &after);
+  EXPECT_EQ(after.sa_handler, SIG_DFL);
 }
 
 // Clock readings are whole milliseconds; a signal does not cut a sleep short.
-TEST(ClockTest, MeasuresSleepsInWholeMillisecondsAndSleepOutlastsAStopSignal) {
+TEST(FramePacingTest, SleepsOutlastStopSignalsAndTheFrameTimeSplitsIntoSleepAndPathBudget) {
   ASSERT_EQ(qv::platform::installStopSignals(), 0);
   std::thread ctrl_c([main = pthread_self()] {
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -213,35 +166,20 @@ TEST(ClockTest, MeasuresSleepsInWholeMillisecondsAndSleepOutlastsAStopSignal) {
   qv::platform::sleepMilliseconds(40);
   ctrl_c.join();
   const std::int64_t split = clock.split();
-  EXPECT_TRUE(qv::platform::stopRequested());
   EXPECT_GE(split, 39000);  // a reading may sit just before a millisecond tick
   EXPECT_EQ(split % 1000, 0);
-  EXPECT_GE(clock.delta(), split);
-  qv::platform::sleepMilliseconds(-5);
-  EXPECT_LT(clock.split(), 5000);
-  qv::platform::clearStopRequest();
-  EXPECT_FALSE(qv::platform::stopRequested());
-  const std::string cwd = qv::platform::currentDirectory(4096);
-  ASSERT_EQ(cwd.substr(0, 1), "/");
-  EXPECT_EQ(qv::platform::currentDirectory(cwd.size() + 1), cwd);
-  EXPECT_EQ(qv::platform::currentDirectory(cwd.size()), "");
-  EXPECT_EQ(qv::platform::currentDirectory(0), "");
-}
 
-// The path budget is 95 % of what is left, truncated toward zero. Only a
-// sleep past its due carries into the next frame. No overrun line in the first
-// frame, with an oversleep pending, or without a frame time.
-TEST(FramePacingTest, SleepPathBudgetOversleepAndOverrunFollowTheFrameTime) {
-  const struct {
-    int frame_ms;
-    std::int64_t split, adjust, remaining;
-    int budget;
-  } rows[] = {{33, 5000, 0, 28000, 26}, {33, 5000, 2000, 26000, 24},
-              {33, 32000, 0, 1000, 0},  {33, 40000, 0, -7000, -6},
-              {0, 0, 0, 0, 0},          {-5, 0, 0, -5000, -4}};
+  // The path budget is 95 % of what is left, truncated toward zero. Only a
+  // sleep past its due carries into the next frame. No overrun line in the
+  // first frame, with an oversleep pending, or without a frame time. Rows:
+  // frame time, split, adjust, then the remaining time and the path budget.
+  const std::int64_t rows[][5] = {{33, 5000, 0, 28000, 26}, {33, 5000, 2000, 26000, 24},
+                                  {33, 32000, 0, 1000, 0},  {33, 40000, 0, -7000, -6},
+                                  {0, 0, 0, 0, 0},          {-5, 0, 0, -5000, -4}};
   for (const auto &r : rows) {
-    EXPECT_EQ(qv::frameRemaining(r.frame_ms, r.split, r.adjust), r.remaining) << r.split;
-    EXPECT_EQ(qv::pathBudget(r.frame_ms, r.split, r.adjust), r.budget) << r.split;
+    const int frame_ms = static_cast<int>(r[0]);
+    EXPECT_EQ(qv::frameRemaining(frame_ms, r[1], r[2]), r[3]) << r[1];
+    EXPECT_EQ(qv::pathBudget(frame_ms, r[1], r[2]), r[4]) << r[1];
   }
   EXPECT_EQ(qv::oversleep(30000, 28000), 2000);
   EXPECT_EQ(qv::oversleep(28000, 28000) + qv::oversleep(27000, 28000), 0);
