@@ -17,50 +17,40 @@ namespace {
 class ViewObjectTest : public qvtest::HudEngineFixture {};
 class ViewObjectWindowTest : public qvtest::HudWindowFixture {};
 
-// Where a view object is, as "location(x,y)".
-std::string at(const ViewObject *v) {
-  return std::to_string(v->getLocation()) + v->getPosition().toString();
-}
-
-// Every location in turn, as at() gives it.
-std::string everyLocation(ViewObject *v) {
-  std::string text;
-  for (int loc = 0; loc < 9; loc++) {
-    v->setLocation(loc);
-    text += at(v) + " ";
-  }
-  return text;
-}
-
 }  // namespace
 
+// Every location in turn, then 9 and -1 (refused), with the border and
+// without; dropping the border re-applies the last location a row further out.
 TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
   auto *v = new ViewObject;
-  EXPECT_EQ(at(v), "1(40,1)");
-  EXPECT_EQ(everyLocation(v),
-            "0(13.3333,1) 1(40,1) 2(66.6667,1) 3(13.3333,12) 4(40,12) 5(66.6667,12) "
-            "6(13.3333,22) 7(40,22) 8(66.6667,22) ");
-  v->setBorder(false);  // re-applies the last location one row further out
-  EXPECT_EQ(at(v), "8(66.6667,23)");
-  EXPECT_EQ(everyLocation(v),
-            "0(13.3333,0) 1(40,0) 2(66.6667,0) 3(13.3333,11) 4(40,11) 5(66.6667,11) "
-            "6(13.3333,23) 7(40,23) 8(66.6667,23) ");
-  v->setLocation(9);
-  v->setLocation(-1);
-  EXPECT_EQ(at(v), "8(66.6667,23)");
+  auto at = [v] { return std::to_string(v->getLocation()) + v->getPosition().toString() + " "; };
+  std::string seen = at();
+  for (bool border : {true, false}) {
+    v->setBorder(border);
+    seen += "| " + at();
+    for (int loc : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1}) {
+      v->setLocation(loc);
+      seen += at();
+    }
+  }
+  EXPECT_EQ(seen,
+            "1(40,1) | 1(40,1) 0(13.3333,1) 1(40,1) 2(66.6667,1) 3(13.3333,12) 4(40,12) "
+            "5(66.6667,12) 6(13.3333,22) 7(40,22) 8(66.6667,22) 8(66.6667,22) 8(66.6667,22) "
+            "| 8(66.6667,23) 0(13.3333,0) 1(40,0) 2(66.6667,0) 3(13.3333,11) 4(40,11) "
+            "5(66.6667,11) 6(13.3333,23) 7(40,23) 8(66.6667,23) 8(66.6667,23) 8(66.6667,23) ");
   EXPECT_EQ(log->count("ViewObject::setLocation(): Warning! Location out of range (9). Ignored."),
-            1);
+            2);
   // Setting the same position again keeps the location; another one drops it
   // and the border then leaves it alone.
   EXPECT_EQ(v->setPosition(v->getPosition()), 0);
-  EXPECT_EQ(at(v), "8(66.6667,23)");
+  EXPECT_EQ(at(), "8(66.6667,23) ");
   EXPECT_EQ(v->setPosition(Vector(5, 5)), 0);
   v->setBorder(true);
-  EXPECT_EQ(at(v), "-1(5,5)");
+  EXPECT_EQ(at(), "-1(5,5) ");
   // The view's extents decide, not its corner: these are view coordinates.
   qv::WorldManager::getInstance().setView(qv::Box(Vector(30, 7), 60, 30));
   v->setLocation(qv::CENTER_RIGHT);
-  EXPECT_EQ(at(v), "5(50,15)");
+  EXPECT_EQ(at(), "5(50,15) ");
 }
 
 TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEventsSetValues) {

@@ -92,17 +92,11 @@ TEST(KeyTable, EveryWindowKeyMapsToItsEngineKeyAndCharacter) {
 }
 
 // A headless engine: 1024 x 768 pixels in 80 x 24 cells, cells of 12.8 x 32.
-class InputManagerTest : public qvtest::EngineFixture {
- protected:
-  void SetUp() override {
-    EngineFixture::SetUp();
-    recorder = new Recorder;
-  }
-  static InputManager &input() { return InputManager::getInstance(); }
-  Recorder *recorder = nullptr;  // owned by the world
-};
+class InputManagerTest : public qvtest::EngineFixture {};
 
-TEST_F(InputManagerTest, TurnsWindowEventsIntoEngineEvents) {
+TEST_F(InputManagerTest, TurnsWindowEventsIntoEngineEventsAndHeldKeysInTheirOrder) {
+  InputManager &input = InputManager::getInstance();
+  auto *recorder = new Recorder;
   qv::LogManager::getInstance().setLogLevel(1);
   // Keys the engine lacks still arrive, as undefined keys; button releases,
   // the wheel and text mean nothing to the engine.
@@ -116,61 +110,54 @@ TEST_F(InputManagerTest, TurnsWindowEventsIntoEngineEvents) {
         windowEvent(E::MouseButtonPressed, sf::Mouse::XButton2),
         windowEvent(E::MouseButtonReleased, sf::Mouse::Left), windowEvent(E::MouseWheelScrolled),
         windowEvent(E::TextEntered)})
-    EXPECT_TRUE(input().handleEvent(e));
-  EXPECT_EQ(recorder->seen,
-            "pressed 36, released 18, pressed 34, pressed -1, released -1, moved -1 (10,2), "
-            "clicked 0 (0,0), clicked 1 (79.9219,23.9688), clicked 2 (5,0.5), clicked -1 (0,0)");
-  EXPECT_TRUE(log->contains("InputManager::toEventKeyboard(): Warning key 'Home' not handled."));
-  EXPECT_TRUE(log->contains("InputManager::toEventKeyboard(): Warning key 'Unknown' not handled."));
-
+    EXPECT_TRUE(input.handleEvent(e));
   // Only key events translate, and the action is left undefined.
-  const qv::EventKeyboard none = input().toEventKeyboard(windowEvent(E::Resized));
-  const qv::EventKeyboard z = input().toEventKeyboard(windowEvent(E::KeyPressed, K::Z));
-  EXPECT_EQ(Recorder::describe(&none) + ", " + Recorder::describe(&z),
+  const qv::EventKeyboard none = input.toEventKeyboard(windowEvent(E::Resized));
+  const qv::EventKeyboard z = input.toEventKeyboard(windowEvent(E::KeyPressed, K::Z));
+  EXPECT_EQ(recorder->seen + ", " + Recorder::describe(&none) + ", " + Recorder::describe(&z),
+            "pressed 36, released 18, pressed 34, pressed -1, released -1, moved -1 (10,2), "
+            "clicked 0 (0,0), clicked 1 (79.9219,23.9688), clicked 2 (5,0.5), clicked -1 (0,0), "
             "undefined -1, undefined 61");
-  EXPECT_TRUE(log->contains("toEventKeyboard(): Error! Called with non-keyboard event."));
 
-  // Closing the window ends the game, the rest of the frame's input and, as
-  // a request that outlives the loop, a splash screen's loop and the game's.
+  // Held keys: arrows, Space, Enter, Tab, Escape, then by value with the
+  // brackets before the semicolon, F1 to F10 (not F11, F12), A to Z, digits
+  // and Backspace; then held buttons. Scripted input reaches the same
+  // objects and counts who answered.
   recorder->seen.clear();
-  qv::GameManager::getInstance().setGameOver(false);
-  EXPECT_FALSE(input().handleEvent(windowEvent(E::Closed)));
-  EXPECT_TRUE(qv::GameManager::getInstance().getGameOver());
-  EXPECT_TRUE(qv::platform::stopRequested());
-  EXPECT_TRUE(log->contains("InputManager::getInput(): Window closed. Setting game over."));
-
-  EXPECT_EQ(input().startUp(), -1);
-  EXPECT_TRUE(log->contains("InputManager::startup(): Warning! InputManager already started."));
-  // Headless, the input manager starts without a display and reads nothing.
-  input().shutDown();
-  qv::LogManager::getInstance().setLogLevel(5);
-  EXPECT_EQ(input().startUp(), 0);
-  EXPECT_TRUE(log->contains("InputManager::startUp(): no input in headless mode."));
-  input().getInput();
-  EXPECT_EQ(recorder->seen, "");
-  EXPECT_FALSE(
-      log->contains("InputManager::getInput(): DisplayManager unexpectedly returned null window!"));
-}
-
-TEST_F(InputManagerTest, HeldKeysAndButtonsComeInTheirFixedOrder) {
-  input().deliverHeldKeys([](K::Key) { return true; });
-  // Arrows, Space, Enter, Tab, Escape, then by value with the brackets before
-  // the semicolon, F1 to F10 (not F11, F12), A to Z, digits and Backspace.
+  input.deliverHeldKeys([](K::Key) { return true; });
   std::vector<int> order = {6,  7,  4,  5,  0,  1,  3,  2,  8,  9, 10,
                             11, 12, 13, 14, 15, 16, 17, 18, 74, 75};
   for (int k = 19; k <= 72; k++)
     if (k != qv::Keyboard::F11 && k != qv::Keyboard::F12) order.push_back(k);
   std::string expected;
-  for (int k : order) expected += (expected.empty() ? "held " : ", held ") + std::to_string(k);
-  EXPECT_EQ(recorder->seen, expected);
+  for (int k : order) expected += "held " + std::to_string(k) + ", ";
+  input.deliverHeldButtons(qv::Vector(3, 4),
+                           [](sf::Mouse::Button b) { return b != sf::Mouse::Right; });
+  EXPECT_EQ(input.deliverKeyboard(qv::Keyboard::P, qv::KEY_PRESSED), 1);
+  EXPECT_EQ(recorder->seen, expected + "held 0 (3,4), held 2 (3,4), pressed 51");
 
+  // Closing the window ends the game, the rest of the frame's input and, as
+  // a request that outlives the loop, a splash screen's loop and the game's.
   recorder->seen.clear();
-  input().deliverHeldKeys([](K::Key k) { return k == K::F11 || k == K::F12 || k == K::A; });
-  input().deliverHeldButtons(qv::Vector(3, 4),
-                             [](sf::Mouse::Button b) { return b != sf::Mouse::Right; });
-  // Scripted input reaches the same objects and counts who answered.
-  EXPECT_EQ(input().deliverKeyboard(qv::Keyboard::P, qv::KEY_PRESSED), 1);
-  EXPECT_EQ(recorder->seen, "held 36, held 0 (3,4), held 2 (3,4), pressed 51");
+  qv::GameManager::getInstance().setGameOver(false);
+  EXPECT_FALSE(input.handleEvent(windowEvent(E::Closed)));
+  EXPECT_TRUE(qv::GameManager::getInstance().getGameOver() && qv::platform::stopRequested());
+  EXPECT_EQ(input.startUp(), -1);
+  // Headless, the input manager starts without a display and reads nothing.
+  input.shutDown();
+  qv::LogManager::getInstance().setLogLevel(5);
+  EXPECT_EQ(input.startUp(), 0);
+  input.getInput();
+  EXPECT_EQ(recorder->seen, "");
+  EXPECT_FALSE(
+      log->contains("InputManager::getInput(): DisplayManager unexpectedly returned null window!"));
+  for (const char *line : {"InputManager::toEventKeyboard(): Warning key 'Home' not handled.",
+                           "InputManager::toEventKeyboard(): Warning key 'Unknown' not handled.",
+                           "toEventKeyboard(): Error! Called with non-keyboard event.",
+                           "InputManager::getInput(): Window closed. Setting game over.",
+                           "InputManager::startup(): Warning! InputManager already started.",
+                           "InputManager::startUp(): no input in headless mode."})
+    EXPECT_TRUE(log->contains(line)) << line;
 }
 
 // Only the log and a real window of 24 x 8 cells of 20 x 30 pixels.
