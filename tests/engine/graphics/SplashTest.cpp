@@ -1,6 +1,4 @@
 #include <cmath>
-#include <string>
-#include <vector>
 
 #include "HudFixture.h"
 #include "WorldFixture.h"
@@ -8,9 +6,7 @@
 #include "core/GameManager.h"
 #include "graphics/Splash.h"
 #include "graphics/SplashQuorvelle.h"
-#include "graphics/Sprite.h"
 #include "input/InputManager.h"
-#include "world/WorldManager.h"
 
 using qv::Vector;
 using qvtest::Probe;
@@ -25,10 +21,8 @@ qv::Object *findObject(const std::string &type) {
 }
 
 // A probe that hears every step before the splash objects do (it is made
-// first) and presses Space at key_step; its id tells how many objects were
-// made after it.
-Probe *stepProbe(
-    int key_step, std::function<void(int)> at_step = [](int) {}) {
+// first) and presses Space at key_step.
+Probe *stepProbe(int key_step, std::function<void(int)> at_step) {
   auto *probe = new Probe;
   probe->registerInterest("qv-step");
   probe->on_event = [=](const qv::Event *p_e) {
@@ -40,12 +34,6 @@ Probe *stepProbe(
     return 0;
   };
   return probe;
-}
-
-int objectsMadeSince(const Probe *probe) {
-  auto *p_o = new qv::Object;
-  qv::WorldManager::getInstance().markForDelete(p_o);
-  return p_o->getId() - probe->getId() - 1;
 }
 
 // The 80 x 24 screen with each picture drawn as a frame centred on its position.
@@ -112,7 +100,10 @@ TEST_F(SplashTest, NinetyStepsOrUntilAKeyAndNothingIsLeft) {
     EXPECT_EQ(last, end);
     EXPECT_EQ(qv::GameManager::getInstance().getStepCount(), end + 1);
     EXPECT_FALSE(findObject("Splash") || findObject("SplashQuorvelle"));
-    EXPECT_EQ(objectsMadeSince(probe), key_step == 3 ? 1 : 2) << "emblem made?";
+    // The next id tells how many objects were made after the probe.
+    auto *p_o = new qv::Object;
+    EXPECT_EQ(p_o->getId() - probe->getId() - 1, key_step == 3 ? 1 : 2) << "emblem made?";
+    qv::WorldManager::getInstance().markForDelete(p_o);
     qv::WorldManager::getInstance().markForDelete(probe);
     qv::WorldManager::getInstance().update();
   }
@@ -122,7 +113,7 @@ TEST_F(SplashTest, NinetyStepsOrUntilAKeyAndNothingIsLeft) {
 // frame) ends the loop before they can remove themselves: splash() must not
 // leave them to carry on in the next loop.
 TEST_F(SplashTest, ACutShortSequenceDoesNotResumeInTheNextLoop) {
-  Probe *probe = stepProbe(-1);
+  auto *probe = new Probe;
   probe->on_draw = [](Probe *) {
     if (qv::GameManager::getInstance().getStepCount() == 20)
       qv::GameManager::getInstance().setGameOver(true);
