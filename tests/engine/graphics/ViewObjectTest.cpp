@@ -1,9 +1,6 @@
 #include <map>
-#include <string>
-#include <vector>
 
 #include "HudFixture.h"
-#include "core/EventStep.h"
 #include "graphics/EventView.h"
 #include "graphics/TextBox.h"
 #include "graphics/ViewObject.h"
@@ -74,7 +71,6 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEvent
   EXPECT_EQ(marks(t, [t] { t->setText("hello"); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setSize(Vector(10, 1)); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setWordWrap(false); }), qv::TEXTBOX_APPEARANCE);
-  EXPECT_TRUE(t->draw() < 0 && v->draw() < 0);  // headless
   // The width is the size truncated; a fraction of a cell counts as one.
   t->setWordWrap(true);
   t->setText("the quick brown fox jumps over the lazy dog");
@@ -92,13 +88,9 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEvent
   other->setValue(3);
   qv::WorldManager &world = qv::WorldManager::getInstance();
   const qv::EventView raise("Turn", 2, true), set("Turn", 2, false), stranger("turn", 9, false);
-  EXPECT_EQ(world.onEvent(&raise), 1);
-  EXPECT_EQ(v->getValue(), 5);
+  EXPECT_EQ(world.onEvent(&raise) * 10 + v->getValue(), 15);
   EXPECT_EQ(world.onEvent(&set) * 10 + world.onEvent(&stranger), 10);
-  EXPECT_EQ(v->eventHandler(&stranger), 0);
   EXPECT_EQ(v->getValue() * 10 + other->getValue(), 23);
-  const qv::EventStep step(4);  // anything else goes to the base handler
-  EXPECT_EQ(v->eventHandler(&step), 0);
 }
 
 // Labels with and without border and value, and text boxes with and without
