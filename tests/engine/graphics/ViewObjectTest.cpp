@@ -163,9 +163,7 @@ TEST(TextBoxLinesTest, WordWrapCuttingNewlinesAndWidthsUnderOneCell) {
       {"\nx", 10, {true, false}, "|x|"},
       // A newline exactly at the width is the break, not an extra empty line.
       {"abc\ndef", 3, {true, false}, "abc|def|"},
-      {"ab cd ef\ng", 5, {true}, "ab cd|ef|g|"},
       {"", 10, {true}, "|"},
-      {"", 0, {false}, "|"},
       // Under one cell the box is taken as one column wide: it still ends.
       {"ab c", 0, {true}, "a|b|c|"},
       {"ab c", -3, {false}, "a|b| |c|"},
