@@ -6,7 +6,6 @@
 #include <functional>
 
 #include "DisplayFixture.h"
-#include "TempDir.h"
 #include "core/utility.h"
 #include "graphics/Animation.h"
 #include "graphics/Shape.h"

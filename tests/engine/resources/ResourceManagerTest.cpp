@@ -3,7 +3,6 @@
 // on generated wave files (run with ALSOFT_DRIVERS=null: the audio library
 // plays into nothing).
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,9 +10,6 @@
 #include <SFML/Audio/Sound.hpp>
 #include <algorithm>
 #include <cstdlib>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "ChildProcess.h"
 #include "ResourceFixture.h"
