@@ -188,43 +188,7 @@ TEST_F(DisplayWindowTest, StringsCharactersAndGridChanges) {
   EXPECT_EQ(qv::spacesToPixels(Vector(10, 3)), Vector(400, 90));
 }
 
-TEST(SpriteTest, CapacityFrameLookupBoxAndDescription) {
-  qvtest::LogCapture log;
-  ASSERT_TRUE(log.start());
-  qv::Sprite sprite(2), broken(-1);
-  EXPECT_EQ(sprite.addFrame(Frame(2, 1, "ab")) + sprite.addFrame(Frame(2, 1, "cd")), 0);
-  EXPECT_EQ(sprite.addFrame(Frame(2, 1, "ef")) + broken.addFrame(Frame(1, 1, "a")), -2);
-  EXPECT_EQ(sprite.getFrame(1).getString() + sprite.getFrame(2).getString() +
-                sprite.getFrame(-1).getString(),
-            "cd");
-  // Without a display a frame fails at its first cell (but has nothing to
-  // draw when all is transparent); the animation still steps.
-  EXPECT_EQ(Frame(3, 1, "abc").draw(Vector(5, 5), qv::RED, 0, qv::NONE), -1);
-  EXPECT_EQ(Frame(3, 1, "###").draw(Vector(5, 5), qv::RED, '#', qv::NONE), 0);
-  qv::Animation animation;
-  EXPECT_EQ(animation.getBox(), qv::Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f));
-  EXPECT_EQ(animation.draw(Vector()), 0);  // no sprite: nothing, no step
-  animation.setSprite(&sprite);
-  EXPECT_EQ(animation.draw(Vector(5, 5)) + sprite.draw(5, Vector(5, 5), 0, qv::NONE), -1);
-  EXPECT_EQ(animation.getIndex(), 1);
-  EXPECT_EQ(log.count("DisplayManager not started!"), 2);
-  sprite.setWidth(5);
-  sprite.setHeight(3);
-  sprite.setLabel("ship");
-  animation.setSprite(&sprite);
-  EXPECT_EQ(animation.getBox(), qv::Box(Vector(-2.5f, -1.5f), 5, 3));
-  animation.setIndex(2);
-  animation.setSlowdownCount(1);
-  animation.setTransform(qv::HORIZONTAL);
-  EXPECT_EQ(animation.toString(),
-            "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
-  // A new sprite, even none, starts over; none keeps the name of the last.
-  animation.setTransform(9);
-  animation.setSprite(nullptr);
-  EXPECT_EQ(animation.toString(), "sprite ship, frame_idx 0, slowdown_count 0, transform UNKNOWN");
-}
-
-TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
+TEST_F(FrameTest, CentredMirroredTransparentAnimatedAndWithoutDisplay) {
   // A 3 x 2 frame at (10, 5) covers x 9..11 on rows 4.5 and 5.5; an unknown
   // transform draws it as stored.
   for (const auto &[transform, picture] :
@@ -274,6 +238,39 @@ TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
     seen += around()[8];
   }
   EXPECT_EQ(seen, "aabb  aabbbbb");  // 'c' is the sprite's transparent character
+
+  // Sprites hold as many frames as they were made for. Without a display a
+  // frame fails at its first cell (but has nothing to draw when all is
+  // transparent); the animation still steps.
+  display().shutDown();
+  qv::Sprite two(2), broken(-1);
+  EXPECT_EQ(two.addFrame(Frame(2, 1, "ab")) + two.addFrame(Frame(2, 1, "cd")), 0);
+  EXPECT_EQ(two.addFrame(Frame(2, 1, "ef")) + broken.addFrame(Frame(1, 1, "a")), -2);
+  EXPECT_EQ(
+      two.getFrame(1).getString() + two.getFrame(2).getString() + two.getFrame(-1).getString(),
+      "cd");
+  EXPECT_EQ(Frame(3, 1, "abc").draw(Vector(5, 5), qv::RED, 0, qv::NONE), -1);
+  EXPECT_EQ(Frame(3, 1, "###").draw(Vector(5, 5), qv::RED, '#', qv::NONE), 0);
+  qv::Animation other;
+  EXPECT_EQ(other.getBox(), qv::Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f));
+  EXPECT_EQ(other.draw(Vector()), 0);  // no sprite: nothing, no step
+  other.setSprite(&two);
+  EXPECT_EQ(other.draw(Vector(5, 5)) + two.draw(5, Vector(5, 5), 0, qv::NONE), -1);
+  EXPECT_EQ(other.getIndex(), 1);
+  EXPECT_EQ(log->count("DisplayManager not started!"), 2);
+  two.setWidth(5);
+  two.setHeight(3);
+  two.setLabel("ship");
+  other.setSprite(&two);
+  EXPECT_EQ(other.getBox(), qv::Box(Vector(-2.5f, -1.5f), 5, 3));
+  other.setIndex(2);
+  other.setSlowdownCount(1);
+  other.setTransform(qv::HORIZONTAL);
+  EXPECT_EQ(other.toString(), "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
+  // A new sprite, even none, starts over; none keeps the name of the last.
+  other.setTransform(9);
+  other.setSprite(nullptr);
+  EXPECT_EQ(other.toString(), "sprite ship, frame_idx 0, slowdown_count 0, transform UNKNOWN");
 }
 
 // The same screen drawn character by character as an SFML rectangle and text

@@ -18,7 +18,8 @@ class ViewObjectWindowTest : public qvtest::HudWindowFixture {};
 
 // Every location in turn, then 9 and -1 (refused), with the border and
 // without; dropping the border re-applies the last location a row further out.
-TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
+// View events raise or set the value of the exactly tagged label only.
+TEST_F(ViewObjectTest, LocationsModifiedGroupsAndViewEvents) {
   auto *v = new ViewObject;
   auto at = [v] { return std::to_string(v->getLocation()) + v->getPosition().toString() + " "; };
   std::string seen = at();
@@ -48,13 +49,11 @@ TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
   qv::WorldManager::getInstance().setView(qv::Box(Vector(30, 7), 60, 30));
   v->setLocation(qv::CENTER_RIGHT);
   EXPECT_EQ(at(), "5(50,15) ");
-}
 
-TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEventsSetValues) {
-  auto *v = new ViewObject;
+  // Setters mark their group only when something changes; a new view object
+  // is wholly "changed", its own groups included.
   auto *t = new qv::TextBox;
-  // A new view object is wholly "changed", its own groups included.
-  EXPECT_EQ(v->getModified(), 0x3FFFFu | qv::VIEW_VALUE | qv::VIEW_APPEARANCE);
+  EXPECT_EQ((new ViewObject)->getModified(), 0x3FFFFu | qv::VIEW_VALUE | qv::VIEW_APPEARANCE);
   auto marks = [](qv::Object *o, const auto &change) {
     o->setModified(0);
     change();
