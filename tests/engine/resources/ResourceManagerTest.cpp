@@ -45,7 +45,6 @@ std::string robust(const std::string &header, const std::string &body = "a\nend\
 // "frames of widthxheight colour, slowdown s, clear t: frame frame ...";
 // a frame of another size than the sprite's is marked.
 std::string describe(const qv::Sprite *s) {
-  if (!s) return "no sprite";
   const char t = s->getTransparency();
   std::string text = std::to_string(s->getFrameCount()) + " of " + std::to_string(s->getWidth()) +
                      "x" + std::to_string(s->getHeight()) + " " + qv::colorToString(s->getColor()) +
@@ -99,7 +98,6 @@ TEST_F(ResourceManagerTest, ReadsBothFormatsLineEndsDefaultsAndOddValues) {
       {withCrLf(SIMPLE_MAN), MAN + "none" + MAN_FRAMES, {}},
       {SIMPLE_MAN.substr(0, SIMPLE_MAN.size() - 1), MAN + "none" + MAN_FRAMES, {}},
       {withCrLf(ROBUST_MAN), MAN + "'.'" + MAN_FRAMES, {}},
-      {"2\n3\n1\n4\nred\nabc\ndef", "2 of 3x1 Red, slowdown 4, clear none: abc def", {}},
       // Slowdown 0 is a still picture; numbers stop at the first non-digit.
       {"1\n1\n1\n0\nblue\na\n", "1 of 1x1 Blue, slowdown 0, clear none: a", {}},
       {"1x\n 2\n1\n+3\ngreen\nab\n", "1 of 2x1 Green, slowdown 3, clear none: ab", {}},
