@@ -62,8 +62,6 @@ class DisplayFixture : public ::testing::Test {
     qv::WorldManager::getInstance().setView(qv::Box(qv::Vector(0, 0), 24, 8));
   }
 
-  static sf::Image grab() { return grabWindow(); }
-
   std::unique_ptr<LogCapture> log;
 };
 

@@ -2,21 +2,17 @@
 // animations drawn on it.
 
 #include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
+#include <cstdlib>
+#include <functional>
 
 #include "DisplayFixture.h"
-#include "TempDir.h"
 #include "core/utility.h"
 #include "graphics/Animation.h"
-#include "graphics/Frame.h"
+#include "graphics/Shape.h"
 #include "graphics/Sprite.h"
 
-using qv::Animation;
 using qv::DisplayManager;
 using qv::Frame;
-using qv::Sprite;
 using qv::Vector;
 
 namespace {
@@ -25,9 +21,9 @@ DisplayManager &display() {
   return DisplayManager::getInstance();
 }
 
-std::string blankScreen(int columns, int rows) {
+std::string blankScreen(int columns) {
   std::string text;
-  for (int y = 0; y < rows; y++) text += std::string(static_cast<std::size_t>(columns), ' ') + '\n';
+  for (int y = 0; y < 8; y++) text += std::string(static_cast<std::size_t>(columns), ' ') + '\n';
   return text;
 }
 
@@ -48,22 +44,51 @@ std::string around() {
   return out;
 }
 
+// The shipped geometry (80 x 24 cells of 12.8 x 32 pixels) on a background
+// that is not black, so a picture laid over the window shows its blending.
+class DisplayPictureTest : public qvtest::DisplayFixture {
+  std::string settings() const override {
+    return "window_horizontal_pixels:1024,window_vertical_pixels:768,window_horizontal_chars:80,"
+           "window_vertical_chars:24,font_scale:2.0,window_background_color:blue,";
+  }
+};
+
+// A full screen of varied characters and colours, a few off the grid or
+// turned, with a large shape under the characters and one between them.
+void drawScreen(const std::function<void(Vector, char, sf::Color, float)> &draw_char) {
+  qv::Shape under, between;
+  under.setSize(200);
+  under.setColor(qv::RED);
+  between.setType(qv::TRIANGLE);
+  between.setSize(200);
+  between.setColor(qv::CUSTOM);
+  between.setG(200);
+  between.setAlpha(160);
+  under.draw(Vector(40, 12));
+  for (int y = 0; y < 24; y++) {
+    if (y == 12) between.draw(Vector(20, 10));  // over rows 7 to 13
+    for (int x = 0; x < 80; x++) {
+      const int i = y * 80 + x;
+      const Vector at = i % 13 == 0 ? Vector(x + 0.37f, y + 0.25f) : Vector(float(x), float(y));
+      const sf::Color color(static_cast<sf::Uint8>(i * 37), static_cast<sf::Uint8>(255 - i * 11),
+                            static_cast<sf::Uint8>(i % 7 * 40));
+      draw_char(at, static_cast<char>(' ' + i * 7 % 95), color, i % 41 == 0 ? 30.f : 0.f);
+    }
+  }
+}
+
 }  // namespace
 
 TEST_F(DisplayWindowTest, StartUpFromConfigurationAndItsFailures) {
   EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(480, 240));
   EXPECT_EQ(display().startUp(), -1);  // already started
-  // A pixel size of 0 takes the desktop's, for that axis only; so does a
-  // negative one, which is reported.
+  // A pixel size of 0 takes the desktop's; so does a negative one, which is
+  // reported.
   const sf::VideoMode desktop = sf::VideoMode::getDesktopMode();
-  for (const auto &[setting, size] :
-       {std::make_pair("window_horizontal_pixels:0,", sf::Vector2u(desktop.width, 240)),
-        std::make_pair("window_vertical_pixels:-3,", sf::Vector2u(480, desktop.height))}) {
-    display().shutDown();
-    loadConfig(setting);
-    ASSERT_EQ(display().startUp(), 0);
-    EXPECT_EQ(display().getWindow()->getSize(), size);
-  }
+  display().shutDown();
+  loadConfig("window_horizontal_pixels:0,window_vertical_pixels:-3,");
+  ASSERT_EQ(display().startUp(), 0);
+  EXPECT_EQ(display().getWindow()->getSize(), sf::Vector2u(desktop.width, desktop.height));
   display().shutDown();
   // No window system, one that does not answer (a failed start, not a failed
   // process), and a missing font, after which the window stays until shutDown.
@@ -104,13 +129,13 @@ TEST_F(DisplayWindowTest, StartUpFromConfigurationAndItsFailures) {
   ASSERT_EQ(display().startUp(), 0);
   EXPECT_EQ(display().getWindow(), nullptr);
   EXPECT_EQ(drawEverything(), -4);
-  EXPECT_EQ(display().screenText(), blankScreen(24, 8));
+  EXPECT_EQ(display().screenText(), blankScreen(24));
   EXPECT_EQ(log->count("DisplayManager not started!"), 4);
 }
 
 // Justification, fractional and off-screen positions and the view's corner,
 // in the text view; swapping shows the frame and clears text and pixels.
-TEST_F(DisplayWindowTest, StringsAndCharactersOnTheScreen) {
+TEST_F(DisplayWindowTest, StringsCharactersAndGridChanges) {
   int results = display().drawString(Vector(10, 0), "abcde", qv::LEFT_JUSTIFIED, qv::RED) +
                 display().drawString(Vector(10, 1), "abcde", qv::CENTER_JUSTIFIED, qv::RED) +
                 display().drawString(Vector(10, 2), "abcd", qv::CENTER_JUSTIFIED, qv::RED) +
@@ -146,79 +171,24 @@ TEST_F(DisplayWindowTest, StringsAndCharactersOnTheScreen) {
 
   EXPECT_EQ(display().swapBuffers(), 0);
   EXPECT_EQ(display().shownText(), drawn);
-  EXPECT_EQ(display().screenText(), blankScreen(24, 8));
-  const sf::Image cleared = grab();
+  EXPECT_EQ(display().screenText(), blankScreen(24));
+  const sf::Image cleared = qvtest::grabWindow();
   const sf::Uint8 *pixel = cleared.getPixelsPtr();
   for (std::size_t i = 0; i < 480 * 240; i++)
     ASSERT_EQ(sf::Color(pixel[4 * i], pixel[4 * i + 1], pixel[4 * i + 2]), sf::Color::Blue) << i;
-}
 
-// The grid setters change the cell and every later conversion, but not the
-// glyph size, which font scale 1.0 makes 20 for cells of 20 x 30 pixels.
-TEST_F(DisplayWindowTest, GridChangesAndGlyphSize) {
+  // The grid setters change the cell and every later conversion; a grid of
+  // no cells is refused.
   EXPECT_EQ(qv::spacesToPixels(Vector(10, 3)), Vector(200, 90));
-  sf::Font font;
-  ASSERT_TRUE(font.loadFromFile(QV_SOURCE_DIR "/assets/qv-font.ttf"));
-  auto heightOfBar = [] {
-    display().drawChar(Vector(5, 2), '|', qv::RED, 0);
-    const sf::Image image = grab();
-    unsigned top = 9999, bottom = 0;
-    for (unsigned y = 0; y < image.getSize().y; y++)
-      for (unsigned x = 0; x < image.getSize().x; x++)
-        if (image.getPixel(x, y).r > 0) top = std::min(top, y), bottom = std::max(bottom, y);
-    display().swapBuffers();
-    return int(bottom) - int(top) + 1;
-  };
-  const int height = heightOfBar();
-  EXPECT_NEAR(height, font.getGlyph('|', 20, true).bounds.height, 2.5);  // plus antialiased rows
   display().setHorizontalChars(12);
-  EXPECT_EQ(display().screenText(), blankScreen(12, 8));
+  EXPECT_EQ(display().screenText(), blankScreen(12));
   display().setVerticalChars(0);
   EXPECT_TRUE(log->contains(
       "DisplayManager::setVerticalChars(): Error! 0 cells down is no grid; using 8 instead."));
   EXPECT_EQ(qv::spacesToPixels(Vector(10, 3)), Vector(400, 90));
-  EXPECT_EQ(heightOfBar(), height);
 }
 
-TEST(SpriteTest, CapacityFrameLookupBoxAndDescription) {
-  qvtest::LogCapture log;
-  ASSERT_TRUE(log.start());
-  Sprite sprite(2), broken(-1);
-  EXPECT_EQ(sprite.addFrame(Frame(2, 1, "ab")) + sprite.addFrame(Frame(2, 1, "cd")), 0);
-  EXPECT_EQ(sprite.addFrame(Frame(2, 1, "ef")) + broken.addFrame(Frame(1, 1, "a")), -2);
-  EXPECT_EQ(sprite.getFrameCount(), 2);
-  EXPECT_EQ(sprite.getFrame(1).getString(), "cd");
-  EXPECT_TRUE(sprite.getFrame(2).isEmpty() && sprite.getFrame(-1).isEmpty());
-  EXPECT_TRUE(log.contains("Sprite::Sprite(): Error! Unable to allocate -1 frames."));
-
-  // Without a display a frame fails at its first cell; the animation still steps.
-  EXPECT_EQ(Frame(3, 1, "abc").draw(Vector(5, 5), qv::RED, 0, qv::NONE), -1);
-  EXPECT_EQ(log.count("DisplayManager not started!"), 1);
-  EXPECT_EQ(Frame(3, 1, "###").draw(Vector(5, 5), qv::RED, '#', qv::NONE), 0);  // nothing to draw
-  Animation animation;
-  EXPECT_EQ(animation.getBox(), qv::Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f));
-  EXPECT_EQ(animation.draw(Vector()), 0);  // no sprite: nothing, no step
-  animation.setSprite(&sprite);
-  EXPECT_EQ(animation.draw(Vector(5, 5)), -1);
-  EXPECT_EQ(animation.getIndex(), 1);
-  EXPECT_EQ(sprite.draw(5, Vector(5, 5), 0, qv::NONE), 0);  // out of range: nothing
-  sprite.setWidth(5);
-  sprite.setHeight(3);
-  sprite.setLabel("ship");
-  animation.setSprite(&sprite);
-  EXPECT_EQ(animation.getBox(), qv::Box(Vector(-2.5f, -1.5f), 5, 3));
-  animation.setIndex(2);
-  animation.setSlowdownCount(1);
-  animation.setTransform(qv::HORIZONTAL);
-  EXPECT_EQ(animation.toString(),
-            "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
-  // A new sprite, even none, starts over; none keeps the name of the last.
-  animation.setTransform(9);
-  animation.setSprite(nullptr);
-  EXPECT_EQ(animation.toString(), "sprite ship, frame_idx 0, slowdown_count 0, transform UNKNOWN");
-}
-
-TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
+TEST_F(FrameTest, CentredMirroredTransparentAnimatedAndWithoutDisplay) {
   // A 3 x 2 frame at (10, 5) covers x 9..11 on rows 4.5 and 5.5; an unknown
   // transform draws it as stored.
   for (const auto &[transform, picture] :
@@ -250,12 +220,12 @@ TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
 
   // Each frame shows for the sprite's slowdown in game frames, the current
   // one drawn before the step; slowdown count -1 freezes it.
-  Sprite sprite(3);
+  qv::Sprite sprite(3);
   for (const char *frame : {"a", "b", "c"}) sprite.addFrame(Frame(1, 1, frame));
   sprite.setSlowdown(2);
   sprite.setColor(qv::MAGENTA);
   sprite.setTransparency('c');
-  Animation animation;
+  qv::Animation animation;
   animation.setIndex(2);
   animation.setSprite(&sprite);
   std::string seen;
@@ -268,4 +238,82 @@ TEST_F(FrameTest, CentredMirroredTransparentAndAnimated) {
     seen += around()[8];
   }
   EXPECT_EQ(seen, "aabb  aabbbbb");  // 'c' is the sprite's transparent character
+
+  // Sprites hold as many frames as they were made for. Without a display a
+  // frame fails at its first cell (but has nothing to draw when all is
+  // transparent); the animation still steps.
+  display().shutDown();
+  qv::Sprite two(2), broken(-1);
+  EXPECT_EQ(two.addFrame(Frame(2, 1, "ab")) + two.addFrame(Frame(2, 1, "cd")), 0);
+  EXPECT_EQ(two.addFrame(Frame(2, 1, "ef")) + broken.addFrame(Frame(1, 1, "a")), -2);
+  EXPECT_EQ(
+      two.getFrame(1).getString() + two.getFrame(2).getString() + two.getFrame(-1).getString(),
+      "cd");
+  EXPECT_EQ(Frame(3, 1, "abc").draw(Vector(5, 5), qv::RED, 0, qv::NONE), -1);
+  EXPECT_EQ(Frame(3, 1, "###").draw(Vector(5, 5), qv::RED, '#', qv::NONE), 0);
+  qv::Animation other;
+  EXPECT_EQ(other.getBox(), qv::Box(Vector(-0.5f, -0.5f), 0.99f, 0.99f));
+  EXPECT_EQ(other.draw(Vector()), 0);  // no sprite: nothing, no step
+  other.setSprite(&two);
+  EXPECT_EQ(other.draw(Vector(5, 5)) + two.draw(5, Vector(5, 5), 0, qv::NONE), -1);
+  EXPECT_EQ(other.getIndex(), 1);
+  EXPECT_EQ(log->count("DisplayManager not started!"), 2);
+  two.setWidth(5);
+  two.setHeight(3);
+  two.setLabel("ship");
+  other.setSprite(&two);
+  EXPECT_EQ(other.getBox(), qv::Box(Vector(-2.5f, -1.5f), 5, 3));
+  other.setIndex(2);
+  other.setSlowdownCount(1);
+  other.setTransform(qv::HORIZONTAL);
+  EXPECT_EQ(other.toString(), "sprite ship, frame_idx 2, slowdown_count 1, transform HORIZONTAL");
+  // A new sprite, even none, starts over; none keeps the name of the last.
+  other.setTransform(9);
+  other.setSprite(nullptr);
+  EXPECT_EQ(other.toString(), "sprite ship, frame_idx 0, slowdown_count 0, transform UNKNOWN");
+}
+
+// The same screen drawn character by character as an SFML rectangle and text
+// (the cell a tenth of a cell left and a fifth down, then the glyph), and
+// through the display three times: drawn, drawn and kept, shown from the
+// kept picture. Only invisible differences are allowed.
+TEST_F(DisplayPictureTest, SamePictureAsEachCharacterDrawnOnItsOwn) {
+  sf::Font font;
+  ASSERT_TRUE(font.loadFromFile(QV_SOURCE_DIR "/assets/qv-font.ttf"));
+  sf::Text text("", font, 25);  // font scale 2 x the 12.8 pixel cell width
+  text.setStyle(sf::Text::Bold);
+  sf::RectangleShape cell(sf::Vector2f(qv::charWidth(), qv::charHeight()));
+  cell.setFillColor(sf::Color::Blue);
+  drawScreen([&](Vector at, char ch, sf::Color color, float angle) {
+    const Vector pixel = qv::spacesToPixels(at);
+    cell.setPosition(pixel.getX() - qv::charWidth() / 10, pixel.getY() + qv::charHeight() / 5);
+    cell.setRotation(angle);
+    display().getWindow()->draw(cell);
+    text.setString(sf::String(ch));
+    text.setPosition(pixel.getX(), pixel.getY());
+    text.setFillColor(color);
+    text.setRotation(angle);
+    display().getWindow()->draw(text);
+  });
+  const sf::Image expected = qvtest::grabWindow();
+  display().swapBuffers();
+
+  for (int frame = 0; frame < 3; frame++) {
+    drawScreen([&](Vector at, char ch, sf::Color color, float angle) {
+      display().drawChar(at, ch, color.r, color.g, color.b, angle);
+    });
+    // How many pixels differ, and by how much at most in a channel.
+    const sf::Image actual = qvtest::grabWindow();
+    const sf::Uint8 *p = actual.getPixelsPtr(), *q = expected.getPixelsPtr();
+    int pixels = 0, most = 0;
+    for (std::size_t i = 0; i < 1024 * 768; i++) {
+      int here = 0;
+      for (std::size_t c = 4 * i; c < 4 * i + 3; c++) here = std::max(here, std::abs(p[c] - q[c]));
+      pixels += here > 0;
+      most = std::max(most, here);
+    }
+    EXPECT_LE(pixels, 1024 * 768 / 1000) << "frame " << frame;
+    EXPECT_LE(most, 2) << "frame " << frame;
+    display().swapBuffers();
+  }
 }

@@ -1,9 +1,6 @@
 #include <map>
-#include <string>
-#include <vector>
 
 #include "HudFixture.h"
-#include "core/EventStep.h"
 #include "graphics/EventView.h"
 #include "graphics/TextBox.h"
 #include "graphics/ViewObject.h"
@@ -17,57 +14,46 @@ namespace {
 class ViewObjectTest : public qvtest::HudEngineFixture {};
 class ViewObjectWindowTest : public qvtest::HudWindowFixture {};
 
-// Where a view object is, as "location(x,y)".
-std::string at(const ViewObject *v) {
-  return std::to_string(v->getLocation()) + v->getPosition().toString();
-}
-
-// Every location in turn, as at() gives it.
-std::string everyLocation(ViewObject *v) {
-  std::string text;
-  for (int loc = 0; loc < 9; loc++) {
-    v->setLocation(loc);
-    text += at(v) + " ";
-  }
-  return text;
-}
-
 }  // namespace
 
-TEST_F(ViewObjectTest, LocationTableWithAndWithoutBorder) {
+// Every location in turn, then 9 and -1 (refused), with the border and
+// without; dropping the border re-applies the last location a row further out.
+// View events raise or set the value of the exactly tagged label only.
+TEST_F(ViewObjectTest, LocationsModifiedGroupsAndViewEvents) {
   auto *v = new ViewObject;
-  EXPECT_EQ(at(v), "1(40,1)");
-  EXPECT_EQ(everyLocation(v),
-            "0(13.3333,1) 1(40,1) 2(66.6667,1) 3(13.3333,12) 4(40,12) 5(66.6667,12) "
-            "6(13.3333,22) 7(40,22) 8(66.6667,22) ");
-  v->setBorder(false);  // re-applies the last location one row further out
-  EXPECT_EQ(at(v), "8(66.6667,23)");
-  EXPECT_EQ(everyLocation(v),
-            "0(13.3333,0) 1(40,0) 2(66.6667,0) 3(13.3333,11) 4(40,11) 5(66.6667,11) "
-            "6(13.3333,23) 7(40,23) 8(66.6667,23) ");
-  v->setLocation(9);
-  v->setLocation(-1);
-  EXPECT_EQ(at(v), "8(66.6667,23)");
+  auto at = [v] { return std::to_string(v->getLocation()) + v->getPosition().toString() + " "; };
+  std::string seen = at();
+  for (bool border : {true, false}) {
+    v->setBorder(border);
+    seen += "| " + at();
+    for (int loc : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1}) {
+      v->setLocation(loc);
+      seen += at();
+    }
+  }
+  EXPECT_EQ(seen,
+            "1(40,1) | 1(40,1) 0(13.3333,1) 1(40,1) 2(66.6667,1) 3(13.3333,12) 4(40,12) "
+            "5(66.6667,12) 6(13.3333,22) 7(40,22) 8(66.6667,22) 8(66.6667,22) 8(66.6667,22) "
+            "| 8(66.6667,23) 0(13.3333,0) 1(40,0) 2(66.6667,0) 3(13.3333,11) 4(40,11) "
+            "5(66.6667,11) 6(13.3333,23) 7(40,23) 8(66.6667,23) 8(66.6667,23) 8(66.6667,23) ");
   EXPECT_EQ(log->count("ViewObject::setLocation(): Warning! Location out of range (9). Ignored."),
-            1);
+            2);
   // Setting the same position again keeps the location; another one drops it
   // and the border then leaves it alone.
   EXPECT_EQ(v->setPosition(v->getPosition()), 0);
-  EXPECT_EQ(at(v), "8(66.6667,23)");
+  EXPECT_EQ(at(), "8(66.6667,23) ");
   EXPECT_EQ(v->setPosition(Vector(5, 5)), 0);
   v->setBorder(true);
-  EXPECT_EQ(at(v), "-1(5,5)");
+  EXPECT_EQ(at(), "-1(5,5) ");
   // The view's extents decide, not its corner: these are view coordinates.
   qv::WorldManager::getInstance().setView(qv::Box(Vector(30, 7), 60, 30));
   v->setLocation(qv::CENTER_RIGHT);
-  EXPECT_EQ(at(v), "5(50,15)");
-}
+  EXPECT_EQ(at(), "5(50,15) ");
 
-TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEventsSetValues) {
-  auto *v = new ViewObject;
+  // Setters mark their group only when something changes; a new view object
+  // is wholly "changed", its own groups included.
   auto *t = new qv::TextBox;
-  // A new view object is wholly "changed", its own groups included.
-  EXPECT_EQ(v->getModified(), 0x3FFFFu | qv::VIEW_VALUE | qv::VIEW_APPEARANCE);
+  EXPECT_EQ((new ViewObject)->getModified(), 0x3FFFFu | qv::VIEW_VALUE | qv::VIEW_APPEARANCE);
   auto marks = [](qv::Object *o, const auto &change) {
     o->setModified(0);
     change();
@@ -84,7 +70,6 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEvent
   EXPECT_EQ(marks(t, [t] { t->setText("hello"); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setSize(Vector(10, 1)); }), 0u);
   EXPECT_EQ(marks(t, [t] { t->setWordWrap(false); }), qv::TEXTBOX_APPEARANCE);
-  EXPECT_TRUE(t->draw() < 0 && v->draw() < 0);  // headless
   // The width is the size truncated; a fraction of a cell counts as one.
   t->setWordWrap(true);
   t->setText("the quick brown fox jumps over the lazy dog");
@@ -102,13 +87,9 @@ TEST_F(ViewObjectTest, SettersMarkTheirGroupOnlyWhenSomethingChangesAndViewEvent
   other->setValue(3);
   qv::WorldManager &world = qv::WorldManager::getInstance();
   const qv::EventView raise("Turn", 2, true), set("Turn", 2, false), stranger("turn", 9, false);
-  EXPECT_EQ(world.onEvent(&raise), 1);
-  EXPECT_EQ(v->getValue(), 5);
+  EXPECT_EQ(world.onEvent(&raise) * 10 + v->getValue(), 15);
   EXPECT_EQ(world.onEvent(&set) * 10 + world.onEvent(&stranger), 10);
-  EXPECT_EQ(v->eventHandler(&stranger), 0);
   EXPECT_EQ(v->getValue() * 10 + other->getValue(), 23);
-  const qv::EventStep step(4);  // anything else goes to the base handler
-  EXPECT_EQ(v->eventHandler(&step), 0);
 }
 
 // Labels with and without border and value, and text boxes with and without
@@ -181,9 +162,7 @@ TEST(TextBoxLinesTest, WordWrapCuttingNewlinesAndWidthsUnderOneCell) {
       {"\nx", 10, {true, false}, "|x|"},
       // A newline exactly at the width is the break, not an extra empty line.
       {"abc\ndef", 3, {true, false}, "abc|def|"},
-      {"ab cd ef\ng", 5, {true}, "ab cd|ef|g|"},
       {"", 10, {true}, "|"},
-      {"", 0, {false}, "|"},
       // Under one cell the box is taken as one column wide: it still ends.
       {"ab c", 0, {true}, "a|b|c|"},
       {"ab c", -3, {false}, "a|b| |c|"},

@@ -3,17 +3,13 @@
 // on generated wave files (run with ALSOFT_DRIVERS=null: the audio library
 // plays into nothing).
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <SFML/Audio/OutputSoundFile.hpp>
 #include <SFML/Audio/Sound.hpp>
 #include <algorithm>
-#include <cstdio>
-#include <string>
-#include <utility>
-#include <vector>
+#include <cstdlib>
 
 #include "ChildProcess.h"
 #include "ResourceFixture.h"
@@ -49,7 +45,6 @@ std::string robust(const std::string &header, const std::string &body = "a\nend\
 // "frames of widthxheight colour, slowdown s, clear t: frame frame ...";
 // a frame of another size than the sprite's is marked.
 std::string describe(const qv::Sprite *s) {
-  if (!s) return "no sprite";
   const char t = s->getTransparency();
   std::string text = std::to_string(s->getFrameCount()) + " of " + std::to_string(s->getWidth()) +
                      "x" + std::to_string(s->getHeight()) + " " + qv::colorToString(s->getColor()) +
@@ -103,7 +98,6 @@ TEST_F(ResourceManagerTest, ReadsBothFormatsLineEndsDefaultsAndOddValues) {
       {withCrLf(SIMPLE_MAN), MAN + "none" + MAN_FRAMES, {}},
       {SIMPLE_MAN.substr(0, SIMPLE_MAN.size() - 1), MAN + "none" + MAN_FRAMES, {}},
       {withCrLf(ROBUST_MAN), MAN + "'.'" + MAN_FRAMES, {}},
-      {"2\n3\n1\n4\nred\nabc\ndef", "2 of 3x1 Red, slowdown 4, clear none: abc def", {}},
       // Slowdown 0 is a still picture; numbers stop at the first non-digit.
       {"1\n1\n1\n0\nblue\na\n", "1 of 1x1 Blue, slowdown 0, clear none: a", {}},
       {"1x\n 2\n1\n+3\ngreen\nab\n", "1 of 2x1 Green, slowdown 3, clear none: ab", {}},
@@ -216,8 +210,21 @@ TEST_F(ResourceManagerTest, RefusesBrokenFilesNamingTheLine) {
   EXPECT_EQ(rm().getSpriteCount(), 0);
 }
 
-TEST_F(ResourceManagerTest, LabelsLimitsAndLifecycle) {
-  const std::string missing = dir.file("missing.txt");
+// Writes a mono 8 kHz wave file of a square wave of the given length.
+std::string writeWav(const std::string &file_name, std::size_t samples) {
+  std::vector<sf::Int16> wave(samples);
+  for (std::size_t i = 0; i < samples; i++) wave[i] = i / 20 % 2 ? -8192 : 8192;
+  sf::OutputSoundFile file;
+  if (file.openFromFile(file_name, 8000, 1)) file.write(wave.data(), samples);
+  return file_name;
+}
+
+// Sprites, sounds and musics by label up to their limits (1000, 100, 50);
+// failed loads take no slot. Shut-down stops what plays, empties the sprites
+// and refuses loads, but keeps the sounds' data until the next start-up.
+TEST_F(ResourceManagerTest, LabelsLimitsFailuresPlayingAndLifecycle) {
+  const std::string missing = dir.file("missing");
+  const std::string junk = dir.write("junk.wav", "RIFF this is not a wave file");
   EXPECT_EQ(rm().loadSprite(missing, "m"), -1);
   // Labels need not be unique: the first one loaded is found.
   ASSERT_EQ(load("1\n1\n1\n0\nred\na\n", "dup"), 0);
@@ -229,129 +236,76 @@ TEST_F(ResourceManagerTest, LabelsLimitsAndLifecycle) {
   EXPECT_EQ(rm().loadSprite(file, "last"), -1);
   EXPECT_EQ(rm().getSpriteCount(), 1000);
   EXPECT_EQ(rm().startUp(), -1);
-  expectLogged({"RM::loadSprite(): Error! Cannot open file '" + missing + "'.",
-                "RM::loadSprite(): Sprite 'm' not loaded.",
-                "RM::getSprite(): Warning! Sprite 'nope' not found.",
-                "RM::loadRobustSprite(): Error! Cannot add more Sprites (max is 1000).",
-                "RM::loadRobustSprite(): Sprite 'last' not loaded.",
-                "ResourceManager::startup(): Warning! ResourceManager already started."});
-  rm().shutDown();
-  EXPECT_EQ(rm().getSpriteCount(), 0);
-  EXPECT_EQ(rm().loadSprite(file, "late"), -1);
-  EXPECT_EQ(rm().getSprite("dup"), nullptr);
-  EXPECT_EQ(log->count("ResourceManager not started!"), 1);
-}
 
-// The checker game makers run on their art: a summary per good file, the
-// reader's lines per bad one, and a failing exit status.
-TEST(SpriteCheckTool, SummarisesGoodFilesAndQuotesTheReaderOnBadOnes) {
-  const std::string tool = QV_RUN_DIR "/../qv-sprite-check";
-  if (access(tool.c_str(), X_OK) != 0) GTEST_SKIP() << "qv-sprite-check not built";
-  qvtest::TempDir dir;
-  const std::string good = dir.write("man.txt", ROBUST_MAN);
-  const std::string bad = dir.write("bad.txt", "1\n3\n1\n0\nred\nabcd\n");
-  auto run = [&](const std::string &args, std::string &out) {
-    FILE *pipe = popen((tool + " " + args + " 2>&1").c_str(), "r");
-    char buffer[512];
-    for (out.clear(); std::fgets(buffer, sizeof buffer, pipe);) out += buffer;
-    return WEXITSTATUS(pclose(pipe));
-  };
-  const std::string summary =
-      good + ": 2 frames of 3x2, color cyan, slowdown 4, transparency '.'\n";
-  std::string out;
-  EXPECT_EQ(run(good + " " + bad, out), 1);
-  EXPECT_EQ(out, summary + bad +
-                     ": FAILED\n    RM::loadSimpleSprite(): Error line 6!\n    \tLine  6: 'abcd'\n"
-                     "    \tWidth is 4, expected 3.\n    RM::loadSprite(): Sprite '" +
-                     bad + "' NOT loaded.\n1 of 2 sprite files load.\n");
-}
-
-// Writes a mono 8 kHz wave file of a square wave of the given length.
-std::string writeWav(const std::string &file_name, std::size_t samples) {
-  std::vector<sf::Int16> wave(samples);
-  for (std::size_t i = 0; i < samples; i++) wave[i] = i / 20 % 2 ? -8192 : 8192;
-  sf::OutputSoundFile file;
-  if (file.openFromFile(file_name, 8000, 1)) file.write(wave.data(), samples);
-  return file_name;
-}
-
-class SoundTest : public qvtest::ResourceFixture {};
-
-// Play and stop by label; the limits of 100 sounds and 50 musics; shut-down
-// stops what plays but keeps the data for the rest of the run.
-TEST_F(SoundTest, PlaysByLabelUpToTheLimitsAndStopsAtShutDown) {
-  // A second's worth, so it is still playing when looked at.
+  // An empty label is refused before the file is looked at.
+  EXPECT_EQ(rm().loadSound(missing, "gone") + rm().loadSound(junk, "junk") +
+                rm().loadMusic(missing, "gone") + rm().loadMusic(junk, ""),
+            -4);
+  // A second's worth of sound, so it is still playing when looked at.
   ASSERT_EQ(rm().loadSound(writeWav(dir.file("boom.wav"), 8000), "boom"), 0);
-  const std::string tune = writeWav(dir.file("tune.wav"), 16000);
-  ASSERT_EQ(rm().loadMusic(tune, "menu"), 0);
-  ASSERT_EQ(rm().loadMusic(tune, "level"), 0);
+  ASSERT_EQ(rm().loadMusic(writeWav(dir.file("tune.wav"), 16000), "level"), 0);
+  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 2);
+  EXPECT_EQ(rm().getMusic("gone"), nullptr);
   qv::Sound *p_boom = rm().getSound("boom");
   qv::Music *p_music = rm().getMusic("level");
   ASSERT_TRUE(p_boom && p_music);
-
   qv::LogManager::getInstance().setLogLevel(5);
+  auto state = [&] {
+    return std::to_string(p_boom->getSound()->getStatus()) +
+           std::to_string(p_boom->getSound()->getLoop()) +
+           std::to_string(p_music->getMusic()->getStatus()) +
+           std::to_string(p_music->getMusic()->getLoop());
+  };
   p_boom->play(true);
   p_music->play(true);
-  EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Playing);
-  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Playing);
-  EXPECT_TRUE(p_boom->getSound()->getLoop() && p_music->getMusic()->getLoop());
+  const std::string looping = state();
   p_boom->stop();
   p_music->stop();
-  EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Stopped);
-  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
-  expectLogged({"Sound::play(): Playing sound.", "Music::play(): Playing music.",
-                "Music::stop(): Stopping music."});
+  const std::string stopped = state();
   p_boom->play(false);
   p_music->play(false);
-  EXPECT_FALSE(p_boom->getSound()->getLoop() || p_music->getMusic()->getLoop());
+  EXPECT_EQ(looping + " " + stopped + " " + state(), "2121 0101 2020");  // 2 playing, 0 stopped
 
   const std::string wav = writeWav(dir.file("tiny.wav"), 16);
   while (rm().getSoundCount() < qv::MAX_SOUNDS) ASSERT_EQ(rm().loadSound(wav, "s"), 0);
   while (rm().getMusicCount() < qv::MAX_MUSICS) ASSERT_EQ(rm().loadMusic(wav, "m"), 0);
   EXPECT_EQ(rm().loadSound(wav, "one-too-many") + rm().loadMusic(wav, "one-too-many"), -2);
-  expectLogged({"RM::loadSound(): Error! Unable to add more sounds (max is 100).",
-                "RM::loadMusic(): Error! Unable to add more musics (max is 50)."});
-  EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 150);
-
   rm().shutDown();
+  EXPECT_EQ(state(), "0000");
+  EXPECT_EQ(rm().getSpriteCount(), 0);
   EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 150);
-  EXPECT_EQ(p_boom->getSound()->getStatus(), sf::Sound::Stopped);
-  EXPECT_EQ(p_music->getMusic()->getStatus(), sf::SoundSource::Stopped);
   EXPECT_EQ(p_boom->getSound()->getBuffer()->getSampleCount(), 8000u);
-  EXPECT_EQ(rm().loadSound(wav, "late") + rm().loadMusic(wav, "late"), -2);
-  EXPECT_EQ(log->count("ResourceManager not started!"), 2);
+  EXPECT_EQ(
+      rm().loadSprite(file, "late") + rm().loadSound(wav, "late") + rm().loadMusic(wav, "late"),
+      -3);
+  EXPECT_EQ(rm().getSprite("dup"), nullptr);
+  EXPECT_EQ(log->count("ResourceManager not started!"), 3);
   ASSERT_EQ(rm().startUp(), 0);
   EXPECT_EQ(rm().getSoundCount() + rm().getMusicCount(), 0);
   EXPECT_EQ(rm().getSound("boom"), nullptr);
-  EXPECT_TRUE(log->contains("RM::getSound(): Warning! Sound 'boom' not found."));
-}
-
-TEST_F(SoundTest, FailedLoadsKeepTheCountsAndTheVoice) {
-  const std::string missing = dir.file("missing.wav");
-  const std::string junk = dir.write("junk.wav", "RIFF this is not a wave file");
-  EXPECT_EQ(rm().loadSound(missing, "gone") + rm().loadSound(junk, "junk"), -2);
-  // The slot is reused by the next load.
-  ASSERT_EQ(rm().loadSound(writeWav(dir.file("ok.wav"), 100), "ok"), 0);
-  EXPECT_EQ(rm().getSoundCount(), 1);
-  EXPECT_EQ(rm().getSound("gone"), nullptr);
-  // An empty label is refused before the file is looked at.
-  EXPECT_EQ(rm().loadMusic(missing, "gone") + rm().loadMusic(junk, ""), -2);
-  EXPECT_EQ(rm().getMusicCount(), 0);
-  EXPECT_EQ(rm().getMusic("gone"), nullptr);
   const std::string no_sound = "RM::loadSound(): Error! Cannot load sound from file '";
   const std::string no_music = "RM::loadmusic(): Error! Cannot load music from file '";
-  expectLogged({no_sound + missing + "'.", no_sound + junk + "'.", no_music + missing + "'.",
-                "RM::loadMusic(): Error! Must provide label for music.",
-                "RM::getMusic(): Warning! Music 'gone' not found."});
   EXPECT_FALSE(log->contains(no_music + junk + "'."));
+  expectLogged({"RM::loadSprite(): Error! Cannot open file '" + missing + "'.",
+                "RM::loadSprite(): Sprite 'm' not loaded.",
+                "RM::getSprite(): Warning! Sprite 'nope' not found.",
+                "RM::loadRobustSprite(): Error! Cannot add more Sprites (max is 1000).",
+                "RM::loadRobustSprite(): Sprite 'last' not loaded.",
+                "ResourceManager::startup(): Warning! ResourceManager already started.",
+                no_sound + missing + "'.", no_sound + junk + "'.", no_music + missing + "'.",
+                "RM::loadMusic(): Error! Must provide label for music.",
+                "RM::getMusic(): Warning! Music 'gone' not found.", "Sound::play(): Playing sound.",
+                "Music::play(): Playing music.", "Music::stop(): Stopping music.",
+                "RM::loadSound(): Error! Unable to add more sounds (max is 100).",
+                "RM::loadMusic(): Error! Unable to add more musics (max is 50).",
+                "RM::getSound(): Warning! Sound 'boom' not found."});
 
   // A sound with nothing loaded only logs; a reload keeps the voice and
   // switches its samples, unless it fails.
-  qv::LogManager::getInstance().setLogLevel(5);
   qv::Sound sound;
   sound.play();
   sound.stop();
-  EXPECT_EQ(log->count("Sound::play(): Playing sound."), 1);
+  EXPECT_EQ(log->count("Sound::play(): Playing sound."), 3);
   EXPECT_EQ(sound.loadSound(missing), -1);
   EXPECT_EQ(sound.getSound(), nullptr);
   ASSERT_EQ(sound.loadSound(writeWav(dir.file("a.wav"), 300)), 0);
@@ -360,6 +314,16 @@ TEST_F(SoundTest, FailedLoadsKeepTheCountsAndTheVoice) {
   EXPECT_EQ(sound.loadSound(missing), -1);
   EXPECT_EQ(sound.getSound(), voice);
   EXPECT_EQ(voice->getBuffer()->getSampleCount(), 700u);
+}
+
+// The checker game makers run on their art: a failing exit status and the
+// reader's lines for a bad file.
+TEST_F(ResourceManagerTest, SpriteCheckToolQuotesTheReader) {
+  const std::string tool = QV_BUILD_DIR "/qv-sprite-check", out = dir.file("out.txt");
+  if (access(tool.c_str(), X_OK) != 0) GTEST_SKIP() << "qv-sprite-check not built";
+  const std::string bad = dir.write("bad.txt", "1\n3\n1\n0\nred\nabcd\n");
+  EXPECT_EQ(WEXITSTATUS(std::system((tool + " " + bad + " >" + out + " 2>&1").c_str())), 1);
+  EXPECT_NE(qvtest::readFile(out).find("    \tWidth is 4, expected 3.\n"), std::string::npos);
 }
 
 // A program that starts the engine, loads and plays a sound and a music and
