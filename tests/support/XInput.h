@@ -39,8 +39,12 @@ class XInput {
   void key(const char *name, bool down) const {
     const auto sym = reinterpret_cast<unsigned long (*)(const char *)>(
         dlsym(RTLD_DEFAULT, "XStringToKeysym"))(name);
-    const auto code = reinterpret_cast<unsigned char (*)(void *, unsigned long)>(
-        dlsym(RTLD_DEFAULT, "XKeysymToKeycode"))(m_p_display, sym);
+    keyCode(reinterpret_cast<unsigned char (*)(void *, unsigned long)>(
+                dlsym(RTLD_DEFAULT, "XKeysymToKeycode"))(m_p_display, sym),
+            down);
+  }
+  // Keys by the server's own code, 8 to 255.
+  void keyCode(unsigned code, bool down) const {
     call<unsigned, int, unsigned long>(m_p_xtst, "XTestFakeKeyEvent", code, down, 0);
   }
 

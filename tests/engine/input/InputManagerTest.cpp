@@ -4,9 +4,11 @@
 
 #include <SFML/System/Sleep.hpp>
 #include <SFML/Window/Event.hpp>
+#include <SFML/Window/Window.hpp>
 
 #include "DisplayFixture.h"
 #include "EngineFixture.h"
+#include "XInput.h"
 #include "core/GameManager.h"
 #include "core/LogManager.h"
 #include "input/InputManager.h"
@@ -187,6 +189,28 @@ TEST_F(InputWindowTest, KeyRepeatIsOffWhileRunningAndPointerMovesArriveInCells) 
   EXPECT_TRUE(
       log->contains("InputManager::startUp(): Error! DisplayManager must be started first."));
   qv::WorldManager::getInstance().shutDown();  // deletes the recorder
+}
+
+// The keyboard picture must agree with the window library key by key: each
+// key code of the X server is pressed for real and both are asked about every
+// key the engine can report held.
+TEST(KeyboardState, AgreesWithTheWindowLibraryForEveryKeyCode) {
+  const qvtest::XInput x;
+  if (!std::getenv("DISPLAY") || !x.ok()) GTEST_SKIP() << "no X display or no XTest library";
+  sf::Window window(sf::VideoMode(32, 32), "keys");  // keeps the library's connection open
+  int seen = 0;
+  for (unsigned code = 8; code < 256; code++) {
+    x.keyCode(code, true);
+    ASSERT_TRUE(qv::refreshKeyboardState());
+    for (int k = 0; k < K::KeyCount; k++) {
+      if (qv::toEngineKey(K::Key(k)) == qv::Keyboard::UNDEFINED_KEY || k == K::F11 || k == K::F12)
+        continue;
+      seen += qv::isKeyDown(K::Key(k));
+      EXPECT_EQ(qv::isKeyDown(K::Key(k)), K::isKeyPressed(K::Key(k))) << k << " at " << code;
+    }
+    x.keyCode(code, false);
+  }
+  EXPECT_GE(seen, 73);  // every held-capable key was found on some key code
 }
 
 }  // namespace
