@@ -29,7 +29,7 @@ const Ability ABILITIES[] = {
 }  // namespace
 
 TEST_F(GameFixture, SpaceUsesTheSelectedHerosAbilityWhenItsConditionHolds) {
-  startLevel();
+  key(qv::Keyboard::P);
   for (const Ability &a : ABILITIES) {
     SCOPED_TRACE(a.what);
     const int lines = static_cast<int>(a.row.size() / 13);
@@ -55,7 +55,7 @@ TEST_F(GameFixture, SpaceUsesTheSelectedHerosAbilityWhenItsConditionHolds) {
 }
 
 TEST_F(GameFixture, TheTurnEndsWhenTheActionsReachZeroOrOnEnterAndAbilitiesAddToThePool) {
-  startLevel();
+  key(qv::Keyboard::P);
   layout(rows(2) + ".....H......\n" + rows(3) + ".Wg.........\n.g..........\n" + rows(1) +
          ".....M......\n" + rows(2));
   state().setActions(1);

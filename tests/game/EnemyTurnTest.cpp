@@ -15,7 +15,7 @@ using qvtest::rows;
 // first Goblin moves on, the second then has the way free; the Ogre breaks
 // down the wall to its left (2 damage), which is gone after the frame.
 TEST_F(GameFixture, EnemiesActInCreationOrderOnTheBoardTheEarlierOnesLeft) {
-  startLevel();
+  key(qv::Keyboard::P);
   layout(rows(5) + "..gg...#o...\n" + rows(6));
   for (int i = 0; i < state().getEnemyCount(); i++) state().getEnemy(i)->takeTurn();
   frame();
@@ -24,7 +24,7 @@ TEST_F(GameFixture, EnemiesActInCreationOrderOnTheBoardTheEarlierOnesLeft) {
 
 // Every enemy of a random board decides as the plain search would, and acts on it.
 TEST_F(GameFixture, EnemyDecisionsAgreeWithThePlainSearchOnRandomBoards) {
-  startLevel();
+  key(qv::Keyboard::P);
   std::mt19937 random(20261123);
   const std::string symbols = "WHMgido#";
   int decisions = 0;
@@ -58,7 +58,7 @@ TEST_F(GameFixture, EnemyDecisionsAgreeWithThePlainSearchOnRandomBoards) {
 // The spawn budget grows with the turn number; every group enters in the
 // right column, on a row drawn up to eleven times until one is free.
 TEST_F(GameFixture, SpawnsFollowTheTurnNumber) {
-  startLevel();
+  key(qv::Keyboard::P);
   // Turn 1 into a full right column: one roll of rand() % 1, eleven row draws, no Goblin.
   layout(rows(12, "...........#\n"));
   srand(3);
@@ -90,7 +90,7 @@ TEST_F(GameFixture, SpawnsFollowTheTurnNumber) {
 
 // In one enemy turn the Goblin reaches the base and the Ogre kills the selected Hunter.
 TEST_F(GameFixture, AnEnemyOnTheBaseLosesTheGameButTheTurnStillEndsAndNothingMoreHappens) {
-  startLevel();
+  key(qv::Keyboard::P);
   layout(rows(5) + ".W..........\n.g..Ho......\n" + rows(5));
   // A hero entering the base column is no loss.
   click(1, 5);
@@ -117,6 +117,6 @@ TEST_F(GameFixture, AnEnemyOnTheBaseLosesTheGameButTheTurnStillEndsAndNothingMor
   // The next level is played again.
   key(qv::Keyboard::ESCAPE);
   frame();
-  startLevel();
+  key(qv::Keyboard::P);
   EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 2 / Actions: 3 / ");
 }

@@ -62,33 +62,19 @@ TEST(MainTest, SignalsEndTheProgramWithStatusZeroAndItsLogCompleteUnlessSignalsA
       (std::vector<std::string>{STARS, "** Quorvelle version 4.25 **", "** Game engine started **",
                                 STARS, STARS, "** Game engine stopped **"}));
   // 90 frames of 20 ms: the signal arrives well inside the splash, and ends
-  // the whole program.
+  // the whole program. The lines no engine test pins, in order.
   const std::vector<std::string> lifecycle = {
-      "LogManager::startUp(): successfully started.",
-      "Quorvelle configuration:",
-      "  Frame time: 20",
-      "  Headless: true",
-      "  Networking: false",
-      "Working directory:",
-      "Log Manager started.",
       "GameManager::startUp(): frame time is 20 milliseconds",
       "Display manager started.",
       "Input manager started.",
-      "Resource manager started.",
       "World manager started.",
       "Path manager started.",
-      "GameManager successfully started.",
       "splash(): Started.",
       LOOP_START,
       LOOP_END,
       "splash(): Finished.",
       "Path manager stopped",
-      "World manager stopped",
-      "Resource manager stopped",
-      "Input manager stopped",
-      "Display manager stopped",
-      "** Game engine stopped **",
-      "LogManager::shutDown(): successfully stopped."};
+      "** Game engine stopped **"};
   EXPECT_EQ(only(lifecycle, runUntil(SIGTERM, "frame_time:20,\n", "10", 200)), lifecycle);
   // 90 frames of 2 ms end the splash long before the signal.
   const std::vector<std::string> loops = {"splash(): Started.",  LOOP_START, LOOP_END,

@@ -101,10 +101,6 @@ void GameFixture::frame() {
   qv::WorldManager::getInstance().update();
 }
 
-void GameFixture::startLevel() {
-  key(qv::Keyboard::P);
-}
-
 void GameFixture::layout(const std::string &picture) {
   qv::WorldManager &world = qv::WorldManager::getInstance();
   for (int c = 0; c < 12; c++)

@@ -34,8 +34,6 @@ class GameFixture : public EngineFixture {
   // The rest of a frame: the step event, then the world's update, which
   // deletes what was marked.
   void frame();
-  // P on the title screen.
-  void startLevel();
   // Replaces every unit of the level with those of a picture (enemies are
   // created row by row, left to right: that is their acting order) and
   // wakes the heroes.
