@@ -41,7 +41,9 @@ class GameFixture : public EngineFixture {
 
   // Pictures.
   std::string units() const;
-  // Tile colours by their sprite's first letter after "tile-": w y c g r.
+  // Tile colours by their sprite's first letter after "tile-" (w y c g r):
+  // the rows other than the plain cyan base column and white, each after its
+  // number.
   std::string colours() const;
   Entity *unitAt(int column, int row) const;
   // After a frame, what the five displays show, padding dropped, "-" for a
