@@ -52,8 +52,6 @@ TEST_F(GameFixture, AScriptedGameEndsTheSameWayEveryTime) {
   record += std::to_string(state().getTurn()) + "," + std::to_string(state().getPhase()) + ",";
   std::uint64_t hash = 14695981039346656037ull;
   for (unsigned char ch : record) hash = (hash ^ ch) * 1099511628211ull;
-  EXPECT_EQ(state().getPhase(), LOSS);
-  EXPECT_GT(orders, 36);
   EXPECT_EQ(hash, STORED) << "after " << orders << " orders, turn " << state().getTurn() << ":\n"
                           << units();
 }

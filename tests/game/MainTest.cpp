@@ -23,9 +23,11 @@ const char *const LOOP_END = "GameManager::run(): end of game loop";
 // Runs the program with these configuration lines and log level (none: the
 // default, 0) and sends it a signal wait_ms after it has started. Checks the
 // end: the exit status, or minus the signal that ended the program, and
-// nothing on standard error. Returns the log's messages.
+// nothing on standard error. Returns the log's messages, in their order, only
+// those among the wanted ones if there are any.
 std::vector<std::string> runUntil(int signal, const std::string &config, const char *log_level,
-                                  int wait_ms, int status = 0) {
+                                  int wait_ms, const std::vector<std::string> &wanted = {},
+                                  int status = 0) {
   TempDir dir;
   qvtest::copyRunFolder(dir.path());
   dir.write("qv-config.txt", "headless:true,\nnetworking:false,\n" + config);
@@ -42,15 +44,9 @@ std::vector<std::string> runUntil(int signal, const std::string &config, const c
   EXPECT_TRUE(game.wait());
   EXPECT_EQ(game.exited() ? game.exitStatus() : -game.termSignal(), status);
   EXPECT_EQ(game.stderrText(), "");
-  return qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
-}
-
-// The lines that are among these, in their order.
-std::vector<std::string> only(const std::vector<std::string> &wanted,
-                              const std::vector<std::string> &lines) {
   std::vector<std::string> kept;
-  for (const std::string &line : lines)
-    if (std::count(wanted.begin(), wanted.end(), line) > 0) kept.push_back(line);
+  for (const std::string &line : qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log"))))
+    if (wanted.empty() || std::count(wanted.begin(), wanted.end(), line) > 0) kept.push_back(line);
   return kept;
 }
 
@@ -75,12 +71,12 @@ TEST(MainTest, SignalsEndTheProgramWithStatusZeroAndItsLogCompleteUnlessSignalsA
       "splash(): Finished.",
       "Path manager stopped",
       "** Game engine stopped **"};
-  EXPECT_EQ(only(lifecycle, runUntil(SIGTERM, "frame_time:20,\n", "10", 200)), lifecycle);
+  EXPECT_EQ(runUntil(SIGTERM, "frame_time:20,\n", "10", 200, lifecycle), lifecycle);
   // 90 frames of 2 ms end the splash long before the signal.
   const std::vector<std::string> loops = {"splash(): Started.",  LOOP_START, LOOP_END,
                                           "splash(): Finished.", LOOP_START, LOOP_END};
-  EXPECT_EQ(only(loops, runUntil(SIGINT, "frame_time:2,\n", "10", 800)), loops);
-  runUntil(SIGINT, "signals:false,\n", nullptr, 0, -SIGINT);
+  EXPECT_EQ(runUntil(SIGINT, "frame_time:2,\n", "10", 800, loops), loops);
+  runUntil(SIGINT, "signals:false,\n", nullptr, 0, {}, -SIGINT);
 }
 
 TEST(MainTest, UnopenableLogEndsWithStatusOneAndTheReasonOnStandardError) {

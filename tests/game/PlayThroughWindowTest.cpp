@@ -73,9 +73,9 @@ int tileY(int row) {
 
 // The texts the screen shows, one a line; in a level, then the board rows
 // whose tile colours (by their sprites: w y c g r) are not the plain cyan
-// base column and white, whether there are enemies, the view's corner, and
-// each hero's tile with the middle row of it as the screen shows it ("|[@+|"
-// the Warrior), "-" when off the screen.
+// base column and white, and a line: whether there are enemies, the view's
+// corner, and each hero's tile with the middle row of it as the screen shows
+// it ("|[@+|" the Warrior), "-" when off the screen.
 std::string look() {
   std::string text;
   for (std::size_t at = 1, bar; (bar = TEXTS.find(';', at)) != std::string::npos; at = bar + 1)
@@ -90,7 +90,7 @@ std::string look() {
     if (colours != "cwwwwwwwwwww") text += std::to_string(r) + " " + colours + "\n";
   }
   const GameState &state = GameState::getInstance();
-  text += (state.getEnemyCount() > 0 ? "enemies, view " : "view ") +
+  text += (state.getEnemyCount() > 0 ? "enemies " : "") +
           std::to_string(static_cast<int>(corner().getX())) + "," +
           std::to_string(static_cast<int>(corner().getY())) + ":";
   for (int i = 0; i < state.getHeroCount(); i++) {
@@ -109,7 +109,6 @@ std::string look() {
 class Player : public qv::Object {
  public:
   Player(const XInput &x, std::vector<Step> script) : m_x(x), m_script(std::move(script)) {
-    setSolidness(qv::SPECTRAL);
     registerInterest(qv::STEP_EVENT);
     qv::WorldManager::getInstance().removeObject(this);
   }
@@ -161,11 +160,10 @@ class Player : public qv::Object {
   // The pointer onto the middle of a cell of the screen.
   void pointAt(int x, int y) const {
     const sf::RenderWindow *p_window = qv::DisplayManager::getInstance().getWindow();
-    const sf::Vector2u size = p_window->getSize();
-    const float cell_width = static_cast<float>(size.x) / 80,
-                cell_height = static_cast<float>(size.y) / 24;
-    m_x.pointer(p_window->getPosition().x + static_cast<int>((x + 0.5f) * cell_width),
-                p_window->getPosition().y + static_cast<int>((y + 0.5f) * cell_height));
+    const sf::Vector2f cell(static_cast<float>(p_window->getSize().x) / 80,
+                            static_cast<float>(p_window->getSize().y) / 24);
+    m_x.pointer(p_window->getPosition().x + static_cast<int>((x + 0.5f) * cell.x),
+                p_window->getPosition().y + static_cast<int>((y + 0.5f) * cell.y));
   }
   // After a failed step the play makes no sense: the game is left.
   void fail(const std::string &problem) {
@@ -196,49 +194,49 @@ TEST(PlayThroughWindowTest, APlayerSkipsTheSplashPlaysTwoTurnsScrollsLeavesAndCo
   if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
   const XInput x;
   if (!x.ok()) GTEST_SKIP() << "no X server or no XTest library (libXtst.so.6)";
-  // In a level: the texts, the tile colours, the view and the heroes, where
-  // the pointer's reticle (+) stands on the middle of the tile it is on.
-  const auto step = [](const char *input, const std::string &texts, const std::string &colours,
+  // In a level: the turn, the actions, the other texts and the tile colours,
+  // the view and the heroes, where the pointer's reticle (+) stands on the
+  // middle of the tile it is on.
+  const auto step = [](const char *input, int turn, int actions, const std::string &shows,
                        const std::string &view) {
-    return Step{input, "Current Turn: Player\nTurn  " + texts + colours + view + "\n"};
+    return Step{input, "Current Turn: Player\nTurn  " + std::to_string(turn) +
+                           "\nActions:  " + std::to_string(actions) + "\n" + shows + view + "\n"};
   };
-  const std::string title = "a Quorvelle tactics game\n", warrior = "Warrior | Health:  8\n",
-                    hunter = "Hunter | Health:  6\n", magician = "Magician | Health:  6\n";
-  const std::string turn3 = "3\nActions:  3\nLEFT CLICK\n" + magician,
-                    bottom = "view 0,24: W6,4- H2,4- M4,9|~+||";
+  const std::string title = "a Quorvelle tactics game\n", idle = "LEFT CLICK\n",
+                    warrior = "Warrior | Health:  8\n", hunter = "Hunter | Health:  6\n",
+                    magician = "Magician | Health:  6\n", start = "0,8: W6,6|[@+| H4,3|@-)| M4,8-",
+                    on_warrior = "0,8: W6,6|[++| H4,3|@-)| M4,8-",
+                    bottom = "enemies 0,24: W6,4- H2,4- M4,9|~+||",
+                    top = "enemies 0,0: W6,4|[@+| H2,4|@-)| M4,9-";
   const std::vector<Step> script = {
       {"", "g a m e   e n g i n e\n"},
       {"space", title},
-      step("off p", "1\nActions:  3\nLEFT CLICK\n", "", "view 0,8: W6,6|[@+| H4,3|@-)| M4,8-"),
+      step("off p", 1, 3, idle, start),
       // The Warrior: pointed at, clicked to show its reach, moved for an
       // action by a click on a green tile.
-      step("6,6", "1\nActions:  3\nLEFT CLICK\n" + warrior, "6 cwwwwwywwwww\n",
-           "view 0,8: W6,6|[++| H4,3|@-)| M4,8-"),
-      step("click", "1\nActions:  3\n" + warrior + "Warrior's\n", WARRIOR_REACH,
-           "view 0,8: W6,6|[++| H4,3|@-)| M4,8-"),
-      step("6,4 click", "1\nActions:  2\nLEFT CLICK\n" + warrior, "",
-           "view 0,8: W6,4|[++| H4,3|@-)| M4,8-"),
+      step("6,6", 1, 3, idle + warrior + "6 cwwwwwywwwww\n", on_warrior),
+      step("click", 1, 3, warrior + "Warrior's\n" + WARRIOR_REACH, on_warrior),
+      step("6,4 click", 1, 2, idle + warrior, "0,8: W6,4|[++| H4,3|@-)| M4,8-"),
       // The Hunter, two tiles left and one down.
-      step("4,3 click", "1\nActions:  2\n" + hunter + "hunter's\n", HUNTER_REACH,
-           "view 0,8: W6,4|[@+| H4,3|@+)| M4,8-"),
-      step("2,4 click", "1\nActions:  1\nLEFT CLICK\n" + hunter, "",
-           "view 0,8: W6,4|[@+| H2,4|@+)| M4,8-"),
+      step("4,3 click", 1, 2, hunter + "hunter's\n" + HUNTER_REACH,
+           "0,8: W6,4|[@+| H4,3|@+)| M4,8-"),
+      step("2,4 click", 1, 1, idle + hunter, "0,8: W6,4|[@+| H2,4|@+)| M4,8-"),
       // The Magician stands below the screen: S scrolls down to the world's
       // bottom edge. Its move spends the last action: the enemies act and
       // turn 2 begins; Enter ends that one.
-      step("+s", "1\nActions:  1\nLEFT CLICK\n" + hunter, "", "view 0,24: W6,4- H2,4- M4,8|~@||"),
-      step("-s 4,8 click", "1\nActions:  1\n" + magician + "summon a\n", MAGICIAN_REACH,
-           "view 0,24: W6,4- H2,4- M4,8|~+||"),
-      step("4,9 click", "2\nActions:  3\nLEFT CLICK\n" + magician, "", "enemies, " + bottom),
-      step("Return", turn3, "", "enemies, " + bottom),
+      step("+s", 1, 1, idle + hunter, "0,24: W6,4- H2,4- M4,8|~@||"),
+      step("-s 4,8 click", 1, 1, magician + "summon a\n" + MAGICIAN_REACH,
+           "0,24: W6,4- H2,4- M4,8|~+||"),
+      step("4,9 click", 2, 3, idle + magician, bottom),
+      step("Return", 3, 3, idle + magician, bottom),
       // W up to the world's top edge, D to its right edge, A back to the left.
-      step("off +w", turn3, "", "enemies, view 0,0: W6,4|[@+| H2,4|@-)| M4,9-"),
-      step("-w +d", turn3, "", "enemies, view 80,0: W6,4- H2,4- M4,9-"),
-      step("-d +a", turn3, "", "enemies, view 0,0: W6,4|[@+| H2,4|@-)| M4,9-"),
+      step("off +w", 3, 3, idle + magician, top),
+      step("-w +d", 3, 3, idle + magician, "enemies 80,0: W6,4- H2,4- M4,9-"),
+      step("-d +a", 3, 3, idle + magician, top),
       // Escape: the title screen; P: a new level, the turn count going on.
       // Q means nothing in a level.
       {"-a Escape", title},
-      step("off p", "4\nActions:  3\nLEFT CLICK\n", "", "view 0,8: W6,6|[@+| H4,3|@-)| M4,8-"),
+      step("off p", 4, 3, idle, start),
       {"q Escape", title},
       {"q", ""},
   };
