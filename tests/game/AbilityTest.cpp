@@ -19,6 +19,7 @@ const Ability ABILITIES[] = {
     {"Warrior: one action per adjacent enemy", ".....g......\n....gWg.....\n", 5, 1, 4, ""},
     {"Warrior: walls are no enemies", ".....#......\n....#W#.....\n", 5, 1, 1, ""},
     {"Hunter: an enemy in reach, none adjacent", "....H..g....\n", 4, 2, 3, ""},
+    {"Hunter: an enemy two tiles away is no melee", "....H.g.....\n", 4, 2, 3, ""},
     {"Hunter: an adjacent enemy spoils the shot", "....Hg.g....\n", 4, 2, 2, ""},
     {"Hunter: a wall is no target", "....H..#....\n", 4, 2, 2, ""},
     {"Magician: a wall on the free tile to the right", "....M.......\n", 4, 2, 3, "....M#......\n"},
