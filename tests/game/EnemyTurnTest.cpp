@@ -15,7 +15,7 @@ using qvtest::rows;
 // first Goblin moves on, the second then has the way free; the Ogre breaks
 // down the wall to its left (2 damage), which is gone after the frame.
 TEST_F(GameFixture, EnemiesActInCreationOrderOnTheBoardTheEarlierOnesLeft) {
-  startLevel();
+  key(qv::Keyboard::P);
   layout(rows(5) + "..gg...#o...\n" + rows(6));
   for (int i = 0; i < state().getEnemyCount(); i++) state().getEnemy(i)->takeTurn();
   frame();
@@ -24,32 +24,30 @@ TEST_F(GameFixture, EnemiesActInCreationOrderOnTheBoardTheEarlierOnesLeft) {
 
 // Every enemy of a random board decides as the plain search would, and acts on it.
 TEST_F(GameFixture, EnemyDecisionsAgreeWithThePlainSearchOnRandomBoards) {
-  startLevel();
+  key(qv::Keyboard::P);
   std::mt19937 random(20261123);
   const std::string symbols = "WHMgido#";
   int decisions = 0;
   for (int board_number = 0; board_number < 100; board_number++) {
     std::string picture;
-    int density = static_cast<int>(random() % 50);
-    for (int r = 0; r < 12; r++) {
-      for (int c = 0; c < 12; c++)
-        picture += static_cast<int>(random() % 100) < density ? symbols[random() % 8] : '.';
-      picture += '\n';
+    const int density = static_cast<int>(random() % 50);
+    for (int i = 0; i < 12 * 13; i++) {
+      const bool unit = i % 13 != 12 && static_cast<int>(random() % 100) < density;
+      picture += i % 13 == 12 ? '\n' : unit ? symbols[random() % 8] : '.';
     }
     layout(picture);
     for (int i = 0; i < state().getEnemyCount(); i++, decisions++) {
       Enemy *p_enemy = state().getEnemy(i);
       reference::Decision expected = reference::enemyDecision(board(), *p_enemy);
-      Tile *p_stays = board().getTile(p_enemy->getGridX(), p_enemy->getGridY());
-      Tile *p_ends = expected.action == reference::Decision::MOVE ? expected.p_tile : p_stays;
-      Entity *p_target =
-          expected.action == reference::Decision::ATTACK ? expected.p_tile->getOccupant() : nullptr;
-      const int health = p_target ? p_target->getHealth() - p_enemy->getDamage() : 0;
+      const bool attacks = expected.action == reference::Decision::ATTACK;
+      Tile *p_ends = expected.action == reference::Decision::MOVE
+                         ? expected.p_tile
+                         : board().getTile(p_enemy->getGridX(), p_enemy->getGridY());
+      Entity *p_target = attacks ? expected.p_tile->getOccupant() : p_enemy;
+      const int health = p_target->getHealth() - (attacks ? p_enemy->getDamage() : 0);
       p_enemy->takeTurn();
       ASSERT_EQ(p_ends->getOccupant(), p_enemy) << picture;
-      if (p_target) {
-        ASSERT_EQ(p_target->getHealth(), health) << picture;
-      }
+      ASSERT_EQ(p_target->getHealth(), health) << picture;
     }
   }
   EXPECT_GT(decisions, 1000);
@@ -58,7 +56,7 @@ TEST_F(GameFixture, EnemyDecisionsAgreeWithThePlainSearchOnRandomBoards) {
 // The spawn budget grows with the turn number; every group enters in the
 // right column, on a row drawn up to eleven times until one is free.
 TEST_F(GameFixture, SpawnsFollowTheTurnNumber) {
-  startLevel();
+  key(qv::Keyboard::P);
   // Turn 1 into a full right column: one roll of rand() % 1, eleven row draws, no Goblin.
   layout(rows(12, "...........#\n"));
   srand(3);
@@ -90,7 +88,7 @@ TEST_F(GameFixture, SpawnsFollowTheTurnNumber) {
 
 // In one enemy turn the Goblin reaches the base and the Ogre kills the selected Hunter.
 TEST_F(GameFixture, AnEnemyOnTheBaseLosesTheGameButTheTurnStillEndsAndNothingMoreHappens) {
-  startLevel();
+  key(qv::Keyboard::P);
   layout(rows(5) + ".W..........\n.g..Ho......\n" + rows(5));
   // A hero entering the base column is no loss.
   click(1, 5);
@@ -100,11 +98,10 @@ TEST_F(GameFixture, AnEnemyOnTheBaseLosesTheGameButTheTurnStillEndsAndNothingMor
   unitAt(4, 6)->setHealth(2);
   click(4, 6);
   key(qv::Keyboard::ENTER);
-  EXPECT_TRUE(unitAt(4, 6)->isDead());
   frame();
   EXPECT_EQ(unitAt(4, 6), nullptr);
   EXPECT_EQ(board().getSelected(), nullptr);  // deselected as it went
-  EXPECT_EQ(colours(), rows(12, "cwwwwwwwwwww\n"));
+  EXPECT_EQ(colours(), "");
   EXPECT_EQ(unitAt(0, 6)->getKind(), "Goblin");
   EXPECT_EQ(state().getEnemyCount(), 3);  // the spawn still happened
   EXPECT_EQ(hud().substr(0, 31), "Current Turn: Loss... / Turn 1 ");
@@ -117,6 +114,6 @@ TEST_F(GameFixture, AnEnemyOnTheBaseLosesTheGameButTheTurnStillEndsAndNothingMor
   // The next level is played again.
   key(qv::Keyboard::ESCAPE);
   frame();
-  startLevel();
+  key(qv::Keyboard::P);
   EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 2 / Actions: 3 / ");
 }

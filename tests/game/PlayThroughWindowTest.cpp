@@ -5,12 +5,10 @@
 // show what each input should bring. Tiles are found from the world's
 // geometry, the view's corner and the cell size, never from pixel numbers.
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <SFML/Graphics/RenderWindow.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <sstream>
@@ -18,8 +16,8 @@
 #include <vector>
 
 #include "Board.h"
-#include "Entity.h"
 #include "GameState.h"
+#include "Hero.h"
 #include "LogCapture.h"
 #include "MainMenu.h"
 #include "TempDir.h"
@@ -73,36 +71,36 @@ int tileY(int row) {
   return 8 + 3 * row - static_cast<int>(corner().getY());
 }
 
-// The texts the screen shows, one a line; in a level, a line a board row:
-// the tiles' colours by their sprites (w y c g r), then what stands on them
-// (W H M heroes, # walls, . nothing or an enemy: where they go is the
-// enemies' business), a line when there are enemies, the view's corner and
-// the middle row of each hero's tile as the screen shows it ("|[@+|" the
-// Warrior), "-" when off the screen.
+// The texts the screen shows, one a line; in a level, then the board rows
+// whose tile colours (by their sprites: w y c g r) are not the plain cyan
+// base column and white, and a line: whether there are enemies, the view's
+// corner, and each hero's tile with the middle row of it as the screen shows
+// it ("|[@+|" the Warrior), "-" when off the screen.
 std::string look() {
-  std::string text, units, heroes;
+  std::string text;
   for (std::size_t at = 1, bar; (bar = TEXTS.find(';', at)) != std::string::npos; at = bar + 1)
     if (shown().find(TEXTS.substr(at, bar - at)) != std::string::npos)
       text += TEXTS.substr(at, bar - at) + "\n";
   // A level has the camera, which the view follows.
   if (!qv::WorldManager::getInstance().getViewFollowing()) return text;
   for (int r = 0; r < 12; r++) {
-    for (int c = 0; c < 12; c++) {
-      const Tile *p_tile = getBoard()->getTile(c, r);
-      text += p_tile->getAnimation().getSprite()->getLabel()[5];
-      const Entity *p_unit = p_tile->getOccupant();
-      const std::string kind = p_unit ? p_unit->getKind() : ".";
-      units += kind == "Wall" ? '#' : p_unit && p_unit->getType() == "Hero" ? kind[0] : '.';
-      if (units.back() == '#' || units.back() == '.') continue;
-      const int x = tileX(c), y = tileY(r);
-      heroes += x < 2 || x > 77 || y < 0 || y > 23 ? " -" : " " + shown().substr(y * 81 + x - 2, 5);
-    }
-    text += "\n";
-    units += "\n";
+    std::string colours;
+    for (int c = 0; c < 12; c++)
+      colours += getBoard()->getTile(c, r)->getAnimation().getSprite()->getLabel()[5];
+    if (colours != "cwwwwwwwwwww") text += std::to_string(r) + " " + colours + "\n";
   }
-  return text + units + (GameState::getInstance().getEnemyCount() > 0 ? "enemies\n" : "") +
-         "view " + std::to_string(static_cast<int>(corner().getX())) + "," +
-         std::to_string(static_cast<int>(corner().getY())) + ", heroes" + heroes + "\n";
+  const GameState &state = GameState::getInstance();
+  text += (state.getEnemyCount() > 0 ? "enemies " : "") +
+          std::to_string(static_cast<int>(corner().getX())) + "," +
+          std::to_string(static_cast<int>(corner().getY())) + ":";
+  for (int i = 0; i < state.getHeroCount(); i++) {
+    const Hero *p_hero = state.getHero(i);
+    const int x = tileX(p_hero->getGridX()), y = tileY(p_hero->getGridY());
+    text += " " + p_hero->getKind().substr(0, 1) + std::to_string(p_hero->getGridX()) + "," +
+            std::to_string(p_hero->getGridY()) +
+            (x < 2 || x > 77 || y < 0 || y > 23 ? "-" : shown().substr(y * 81 + x - 2, 5));
+  }
+  return text + "\n";
 }
 
 // Plays a script from the step event at the start of each frame. It keeps
@@ -111,7 +109,6 @@ std::string look() {
 class Player : public qv::Object {
  public:
   Player(const XInput &x, std::vector<Step> script) : m_x(x), m_script(std::move(script)) {
-    setSolidness(qv::SPECTRAL);
     registerInterest(qv::STEP_EVENT);
     qv::WorldManager::getInstance().removeObject(this);
   }
@@ -163,11 +160,10 @@ class Player : public qv::Object {
   // The pointer onto the middle of a cell of the screen.
   void pointAt(int x, int y) const {
     const sf::RenderWindow *p_window = qv::DisplayManager::getInstance().getWindow();
-    const sf::Vector2u size = p_window->getSize();
-    const float cell_width = static_cast<float>(size.x) / 80,
-                cell_height = static_cast<float>(size.y) / 24;
-    m_x.pointer(p_window->getPosition().x + static_cast<int>((x + 0.5f) * cell_width),
-                p_window->getPosition().y + static_cast<int>((y + 0.5f) * cell_height));
+    const sf::Vector2f cell(static_cast<float>(p_window->getSize().x) / 80,
+                            static_cast<float>(p_window->getSize().y) / 24);
+    m_x.pointer(p_window->getPosition().x + static_cast<int>((x + 0.5f) * cell.x),
+                p_window->getPosition().y + static_cast<int>((y + 0.5f) * cell.y));
   }
   // After a failed step the play makes no sense: the game is left.
   void fail(const std::string &problem) {
@@ -184,92 +180,63 @@ class Player : public qv::Object {
   int m_matches = 0;  // frames in a row that read as expected
 };
 
-// Twelve rows of twelve tiles, the rows between blanks.
-std::string rows(std::string text) {
-  std::replace(text.begin(), text.end(), ' ', '\n');
-  return text + "\n";
-}
-
-// Random seed 1: the heroes at their places, the walls the 12 draws give;
-// the next level's from the draws that follow.
-const std::string LEVEL_ONE = rows(
-    "............ ............ ..........#. ....H..#.... ............ ............ "
-    "....#.W.#... .#.##....... ...#M....... ..#......... .#......#... ............");
-const std::string LEVEL_TWO = rows(
-    "............ ............ ....#..#.... ...#H....... .#......#... ..........#. "
-    ".....#W..... .#.......... ....M....... ........#... ...#.....#.. ............");
-const std::string PLAIN = rows(
-    "cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww "
-    "cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww");
 // A selected hero's reach, with the heroes where the play puts them: green
 // where it can move and the heroes it can reach, red the walls it can hit.
-const std::string WARRIOR_REACH = rows(
-    "cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwgwwwww cwwwwgggwwww "
-    "cwwwwgggwwww cwwwwgggwwww cwwwwwgwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww");
-const std::string HUNTER_REACH = rows(
-    "cwwwgwwwwwww cwwgggwwwwww cwgggggwwwww cggggggrwwww cwgggggwwwww cwwgggwwwwww "
-    "cwwwrwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww");
-const std::string MAGICIAN_REACH = rows(
-    "cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww cwwwwwwwwwww "
-    "cwwwrwwwwwww crwrrwwwwwww cwwrggwwwwww cwrwgwwwwwww cwwwwwwwwwww cwwwwwwwwwww");
-
-// A picture with one tile's character changed.
-std::string with(std::string picture, int column, int row, char ch) {
-  picture.replace(static_cast<std::size_t>(row * 13 + column), 1, 1, ch);
-  return picture;
-}
+const std::string WARRIOR_REACH =
+    "4 cwwwwwgwwwww\n5 cwwwwgggwwww\n6 cwwwwgggwwww\n7 cwwwwgggwwww\n8 cwwwwwgwwwww\n";
+const std::string HUNTER_REACH =
+    "0 cwwwgwwwwwww\n1 cwwgggwwwwww\n2 cwgggggwwwww\n3 cggggggrwwww\n4 cwgggggwwwww\n"
+    "5 cwwgggwwwwww\n6 cwwwrwwwwwww\n";
+const std::string MAGICIAN_REACH =
+    "6 cwwwrwwwwwww\n7 crwrrwwwwwww\n8 cwwrggwwwwww\n9 cwrwgwwwwwww\n";
 
 TEST(PlayThroughWindowTest, APlayerSkipsTheSplashPlaysTwoTurnsScrollsLeavesAndComesBack) {
   if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
   const XInput x;
   if (!x.ok()) GTEST_SKIP() << "no X server or no XTest library (libXtst.so.6)";
-  // In a level: the texts, the tile colours, the units, the view's corner
-  // and the heroes' tiles on the screen, where the pointer's reticle (+)
-  // stands on the middle of the one it is on.
-  const auto step = [](const char *input, const std::string &texts, const std::string &colours,
-                       const std::string &units, const std::string &view) {
-    return Step{input, "Current Turn: Player\nTurn  " + texts + colours + units + view + "\n"};
+  // In a level: the turn, the actions, the other texts and the tile colours,
+  // the view and the heroes, where the pointer's reticle (+) stands on the
+  // middle of the tile it is on.
+  const auto step = [](const char *input, int turn, int actions, const std::string &shows,
+                       const std::string &view) {
+    return Step{input, "Current Turn: Player\nTurn  " + std::to_string(turn) +
+                           "\nActions:  " + std::to_string(actions) + "\n" + shows + view + "\n"};
   };
-  const std::string title = "a Quorvelle tactics game\n", top = "view 0,8, heroes |@-)| ",
+  const std::string title = "a Quorvelle tactics game\n", idle = "LEFT CLICK\n",
                     warrior = "Warrior | Health:  8\n", hunter = "Hunter | Health:  6\n",
-                    magician = "Magician | Health:  6\n", bottom = "view 0,24, heroes - - |~";
-  const std::string moved1 = with(with(LEVEL_ONE, 6, 6, '.'), 6, 4, 'W');
-  const std::string moved2 = with(with(moved1, 4, 3, '.'), 2, 4, 'H');
-  const std::string moved3 = with(with(moved2, 4, 8, '.'), 4, 9, 'M');
-  const std::string turn3 = "3\nActions:  3\nLEFT CLICK\n" + magician;
+                    magician = "Magician | Health:  6\n", start = "0,8: W6,6|[@+| H4,3|@-)| M4,8-",
+                    on_warrior = "0,8: W6,6|[++| H4,3|@-)| M4,8-",
+                    bottom = "enemies 0,24: W6,4- H2,4- M4,9|~+||",
+                    top = "enemies 0,0: W6,4|[@+| H2,4|@-)| M4,9-";
   const std::vector<Step> script = {
       {"", "g a m e   e n g i n e\n"},
       {"space", title},
-      step("off p", "1\nActions:  3\nLEFT CLICK\n", PLAIN, LEVEL_ONE, top + "|[@+| -"),
+      step("off p", 1, 3, idle, start),
       // The Warrior: pointed at, clicked to show its reach, moved for an
       // action by a click on a green tile.
-      step("6,6", "1\nActions:  3\nLEFT CLICK\n" + warrior, with(PLAIN, 6, 6, 'y'), LEVEL_ONE,
-           top + "|[++| -"),
-      step("click", "1\nActions:  3\n" + warrior + "Warrior's\n", WARRIOR_REACH, LEVEL_ONE,
-           top + "|[++| -"),
-      step("6,4 click", "1\nActions:  2\nLEFT CLICK\n" + warrior, PLAIN, moved1, top + "|[++| -"),
+      step("6,6", 1, 3, idle + warrior + "6 cwwwwwywwwww\n", on_warrior),
+      step("click", 1, 3, warrior + "Warrior's\n" + WARRIOR_REACH, on_warrior),
+      step("6,4 click", 1, 2, idle + warrior, "0,8: W6,4|[++| H4,3|@-)| M4,8-"),
       // The Hunter, two tiles left and one down.
-      step("4,3 click", "1\nActions:  2\n" + hunter + "hunter's\n", HUNTER_REACH, moved1,
-           "view 0,8, heroes |@+)| |[@+| -"),
-      step("2,4 click", "1\nActions:  1\nLEFT CLICK\n" + hunter, PLAIN, moved2,
-           "view 0,8, heroes |@+)| |[@+| -"),
+      step("4,3 click", 1, 2, hunter + "hunter's\n" + HUNTER_REACH,
+           "0,8: W6,4|[@+| H4,3|@+)| M4,8-"),
+      step("2,4 click", 1, 1, idle + hunter, "0,8: W6,4|[@+| H2,4|@+)| M4,8-"),
       // The Magician stands below the screen: S scrolls down to the world's
       // bottom edge. Its move spends the last action: the enemies act and
       // turn 2 begins; Enter ends that one.
-      step("+s", "1\nActions:  1\nLEFT CLICK\n" + hunter, PLAIN, moved2, bottom + "@||"),
-      step("-s 4,8 click", "1\nActions:  1\n" + magician + "summon a\n", MAGICIAN_REACH, moved2,
-           bottom + "+||"),
-      step("4,9 click", "2\nActions:  3\nLEFT CLICK\n" + magician, PLAIN, moved3,
-           "enemies\n" + bottom + "+||"),
-      step("Return", turn3, PLAIN, moved3, "enemies\n" + bottom + "+||"),
+      step("+s", 1, 1, idle + hunter, "0,24: W6,4- H2,4- M4,8|~@||"),
+      step("-s 4,8 click", 1, 1, magician + "summon a\n" + MAGICIAN_REACH,
+           "0,24: W6,4- H2,4- M4,8|~+||"),
+      step("4,9 click", 2, 3, idle + magician, bottom),
+      step("Return", 3, 3, idle + magician, bottom),
       // W up to the world's top edge, D to its right edge, A back to the left.
-      step("off +w", turn3, PLAIN, moved3, "enemies\nview 0,0, heroes |@-)| |[@+| -"),
-      step("-w +d", turn3, PLAIN, moved3, "enemies\nview 80,0, heroes - - -"),
-      step("-d +a", turn3, PLAIN, moved3, "enemies\nview 0,0, heroes |@-)| |[@+| -"),
-      // Escape: the title screen; P: a new board from the next draws, the
-      // turn count going on. Q means nothing in a level.
+      step("off +w", 3, 3, idle + magician, top),
+      step("-w +d", 3, 3, idle + magician, "enemies 80,0: W6,4- H2,4- M4,9-"),
+      step("-d +a", 3, 3, idle + magician, top),
+      // Escape: the title screen; P: a new level, the turn count going on.
+      // Q means nothing in a level.
       {"-a Escape", title},
-      step("off p", "4\nActions:  3\nLEFT CLICK\n", PLAIN, LEVEL_TWO, top + "|[@+| -"),
+      step("off p", 4, 3, idle, start),
       {"q Escape", title},
       {"q", ""},
   };
@@ -304,16 +271,16 @@ TEST(PlayThroughWindowTest, APlayerSkipsTheSplashPlaysTwoTurnsScrollsLeavesAndCo
   game.shutDown();
   for (const char *key : {"w", "a", "s", "d"}) x.key(key, false);
   ASSERT_EQ(chdir(cwd), 0);
-  // The whole log; a slow machine adds its warnings about late frames.
-  std::vector<std::string> lines;
+  // The whole log: the banners around a line for each click on a tile. A slow
+  // machine adds its warnings about late frames.
+  std::string lines;
   for (const std::string &line : log.messages())
-    if (line.rfind("GameManager::run(): Can't keep up!", 0) != 0) lines.push_back(line);
+    if (line.rfind("GameManager::run(): Can't keep up!", 0) != 0) lines += line + "\n";
   const std::string stars(52, '*');
-  std::vector<std::string> expected(6, "boardNotNull");  // a line for each click on a tile
-  expected.insert(expected.begin(),
-                  {stars, "** Quorvelle version 4.25 **", "** Game engine started **", stars});
-  expected.insert(expected.end(), {stars, "** Game engine stopped **"});
-  EXPECT_EQ(lines, expected);
+  std::string expected =
+      stars + "\n** Quorvelle version 4.25 **\n** Game engine started **\n" + stars + "\n";
+  for (int click = 0; click < 6; click++) expected += "boardNotNull\n";
+  EXPECT_EQ(lines, expected + stars + "\n** Game engine stopped **\n");
 }
 
 }  // namespace

@@ -37,17 +37,6 @@ std::string shown(const qv::ViewObject *p_v) {
   return text;
 }
 
-// A board picture of a character a tile.
-template <class F>
-std::string picture(F tile) {
-  std::string text;
-  for (int r = 0; r < 12; r++) {
-    for (int c = 0; c < 12; c++) text += tile(c, r);
-    text += '\n';
-  }
-  return text;
-}
-
 }  // namespace
 
 std::string rows(int n, const std::string &row) {
@@ -101,10 +90,6 @@ void GameFixture::frame() {
   qv::WorldManager::getInstance().update();
 }
 
-void GameFixture::startLevel() {
-  key(qv::Keyboard::P);
-}
-
 void GameFixture::layout(const std::string &picture) {
   qv::WorldManager &world = qv::WorldManager::getInstance();
   for (int c = 0; c < 12; c++)
@@ -132,17 +117,27 @@ Entity *GameFixture::unitAt(int column, int row) const {
 }
 
 std::string GameFixture::units() const {
-  return picture([this](int column, int row) {
-    const Entity *p_unit = unitAt(column, row);
-    for (size_t k = 0; p_unit && k < UNIT_KINDS.size(); k++)
-      if (p_unit->getKind() == KIND_NAMES[k]) return UNIT_KINDS[k];
-    return p_unit ? '?' : '.';
-  });
+  std::string text;
+  for (int r = 0; r < 12; r++) {
+    for (int c = 0; c < 12; c++) {
+      const Entity *p_unit = unitAt(c, r);
+      size_t k = 0;
+      while (p_unit && k < UNIT_KINDS.size() && p_unit->getKind() != KIND_NAMES[k]) k++;
+      text += !p_unit ? '.' : k < UNIT_KINDS.size() ? UNIT_KINDS[k] : '?';
+    }
+    text += '\n';
+  }
+  return text;
 }
 
 std::string GameFixture::colours() const {
-  return picture(
-      [this](int column, int row) { return spriteOf(board().getTile(column, row)).at(5); });
+  std::string text;
+  for (int r = 0; r < 12; r++) {
+    std::string row;
+    for (int c = 0; c < 12; c++) row += spriteOf(board().getTile(c, r)).at(5);
+    if (row != "cwwwwwwwwwww") text += std::to_string(r) + " " + row + "\n";
+  }
+  return text;
 }
 
 std::string GameFixture::hud() {

@@ -34,8 +34,6 @@ class GameFixture : public EngineFixture {
   // The rest of a frame: the step event, then the world's update, which
   // deletes what was marked.
   void frame();
-  // P on the title screen.
-  void startLevel();
   // Replaces every unit of the level with those of a picture (enemies are
   // created row by row, left to right: that is their acting order) and
   // wakes the heroes.
@@ -43,7 +41,9 @@ class GameFixture : public EngineFixture {
 
   // Pictures.
   std::string units() const;
-  // Tile colours by their sprite's first letter after "tile-": w y c g r.
+  // Tile colours by their sprite's first letter after "tile-" (w y c g r):
+  // the rows other than the plain cyan base column and white, each after its
+  // number.
   std::string colours() const;
   Entity *unitAt(int column, int row) const;
   // After a frame, what the five displays show, padding dropped, "-" for a
