@@ -114,39 +114,26 @@ TEST_F(SceneGraphTest, ActivityVisibilityAltitudeSolidnessTypeAndFailures) {
   EXPECT_EQ(graph.objectsOfType("Hero").getCount() + graph.objectsOfType("Enemy").getCount(), 1);
 
   // Failures are reported: an inactive object is in no type list, so its
-  // change of type above was reported, and made.
+  // change of type above was reported, and made. A grid of its own refuses
+  // a second start-up and cells of no size.
   EXPECT_TRUE(graph.visibleObjects(5).isEmpty() && graph.visibleObjects(-1).isEmpty());
+  Grid grid;
+  ASSERT_EQ(grid.startUp(), 0);
+  EXPECT_EQ(grid.startUp(), -1);
+  EXPECT_EQ(grid.setCellSize(0, 5), -1);
+  grid.shutDown();
   EXPECT_EQ(log->messages(),
             (std::vector<std::string>{
                 "SceneGraph::updateType(): Error! Unable to remove Object (" +
                     std::to_string(p.getId()) + ") type (Undefined)",
                 "SceneGraph::visibleObjects(): Warning! altitude 5 not in [0,4].",
-                "SceneGraph::visibleObjects(): Warning! altitude -1 not in [0,4]."}));
+                "SceneGraph::visibleObjects(): Warning! altitude -1 not in [0,4].",
+                "Grid::startUp(): Warning! Grid allocated. Not proceeding.",
+                "Grid::setCellSize(): Error! cell size 0 x 5 not positive, keeping 20 x 8."}));
   EXPECT_EQ(graph.removeObject(&p), 0);
   EXPECT_EQ(where(&p), "");
   EXPECT_EQ(graph.removeObject(&p), -1);  // its line is pinned for objects outside a world
   graph.insertObject(&p);
-
-  // A grid of its own refuses work without cells, or without an object.
-  Grid grid;
-  for (int allocated = 0; allocated < 2; allocated++) {
-    EXPECT_EQ(grid.insertObject(nullptr) + grid.removeObject(nullptr) +
-                  grid.updatePosition(nullptr, Vector()),
-              -3);
-    EXPECT_TRUE(grid.getCollisions(nullptr, Vector()).isEmpty());
-    for (const char *op : {"insertObject", "removeObject", "updatePosition", "getCollisions"})
-      EXPECT_TRUE(log->contains(std::string("Grid::") + op + "(): Error! " +
-                                (allocated ? "Object" : "grid") + " is NULL"))
-          << op;
-    ASSERT_EQ(grid.startUp(), allocated ? -1 : 0);
-  }
-  EXPECT_TRUE(log->contains("Grid::startUp(): Warning! Grid allocated. Not proceeding."));
-  grid.shutDown();
-  grid.shutDown();
-  EXPECT_FALSE(grid.isAllocated());
-  EXPECT_EQ(grid.setCellSize(0, 5), -1);
-  EXPECT_TRUE(
-      log->contains("Grid::setCellSize(): Error! cell size 0 x 5 not positive, keeping 20 x 8."));
 }
 
 // Lists never touch the objects, so stand-in addresses will do.
