@@ -161,6 +161,7 @@ TEST_F(InputWindowTest, KeyRepeatIsOffWhileRunningAndPointerMovesArriveInCells) 
   // is reported, once per frame.
   qv::DisplayManager::getInstance().shutDown();
   EXPECT_EQ(input.startUp(), -1);
+  EXPECT_FALSE(input.isStarted());
   input.getInput();
   EXPECT_EQ(
       log->count("InputManager::getInput(): DisplayManager unexpectedly returned null window!"), 1);
