@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "EngineFixture.h"
 #include "LogCapture.h"
 #include "core/Config.h"
 #include "graphics/DisplayManager.h"
@@ -63,6 +64,22 @@ class DisplayFixture : public ::testing::Test {
   }
 
   std::unique_ptr<LogCapture> log;
+};
+
+// The whole engine with a real window of 80 x 24 cells of 12.8 x 32 pixels
+// (the shipped geometry); skipped when there is no X display.
+class HudWindowFixture : public EngineFixture {
+ protected:
+  std::string config() const override {
+    return "headless:false,\nwindow_horizontal_pixels:1024,\nwindow_vertical_pixels:768,\n"
+           "window_horizontal_chars:80,\nwindow_vertical_chars:24,\nfont_scale:2.0,\n"
+           "font_file:" QV_SOURCE_DIR "/assets/qv-font.ttf,\n" +
+           EngineFixture::config();
+  }
+  void SetUp() override {
+    if (!std::getenv("DISPLAY")) GTEST_SKIP() << "no X display: run under xvfb-run";
+    EngineFixture::SetUp();
+  }
 };
 
 }  // namespace qvtest
