@@ -74,7 +74,7 @@ TEST_F(Interest, RegistrationDeliveryAndRefusals) {
   // delivery in progress still reaches b, not c, and p survives until the update.
   c.setActive(true);
   p.on_event = [&](const Event *) {
-    b.unregisterInterest("type99");
+    world.unregisterInterest(&b, "type99");
     c.registerInterest("type99");
     world.markForDelete(&p);
     return 1;

@@ -11,9 +11,10 @@
 
 class UtilityTest : public qvtest::LogFixture {};
 
-// Files name colours in lower case only. Custom and unsupported colours leave
+// Colours convert to components and names, others give white. Files name
+// colours in lower case only. Custom and unsupported colours leave
 // the components, and the colour read from a name, as they were.
-TEST_F(UtilityTest, ColorsConvertToComponentsAndNamesAndOthersGiveWhite) {
+TEST_F(UtilityTest, ColorsStreamsBinaryStringsAndBoxes) {
   const struct {
     int c;
     unsigned char r, g, b;
@@ -40,17 +41,7 @@ TEST_F(UtilityTest, ColorsConvertToComponentsAndNamesAndOthersGiveWhite) {
     EXPECT_EQ(qv::colorToSFML(c), named ? sf::Color(r, g, b) : sf::Color::White) << row.c;
     EXPECT_EQ(qv::colorToString(c), row.name);
   }
-  EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{
-                "colorToSFML(): Color is CUSTOM.", "colorToRGB(): Color 9 not supported.",
-                "colorToSFML(): Color 9 not supported.", "colorToRGB(): Color -1 not supported.",
-                "colorToSFML(): Color -1 not supported."}));
-}
-
-// A stream names its first fault.
-TEST_F(UtilityTest, StreamsNameTheirFirstFaultAndBinaryStringsStartAtTheTopBit) {
-  EXPECT_EQ(qv::toBinaryString(0x80000005u), "1" + std::string(28, '0') + "101");
-
+  // A stream names its first fault.
   std::stringstream good("abc"), past_end("ab"), failed, bad;
   past_end.setstate(std::ios::eofbit | std::ios::failbit);  // as a read past the end leaves it
   failed.setstate(std::ios::failbit);
@@ -60,12 +51,13 @@ TEST_F(UtilityTest, StreamsNameTheirFirstFaultAndBinaryStringsStartAtTheTopBit) 
                               qv::checkStream("A", failed), qv::checkStream("B", bad)}),
             (std::vector<int>{0, -1, -1, -1}));
   EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{"Box::deserialize(): Error! Stream eof.",
-                                      "A: Error! Stream fail.", "B: Error! Stream bad."}));
-}
-
-// Boxes and ranges include their edges and corners.
-TEST(UtilityGeometryTest, BoxesIncludeTheirEdgesAndCorners) {
+            (std::vector<std::string>{
+                "colorToSFML(): Color is CUSTOM.", "colorToRGB(): Color 9 not supported.",
+                "colorToSFML(): Color 9 not supported.", "colorToRGB(): Color -1 not supported.",
+                "colorToSFML(): Color -1 not supported.", "Box::deserialize(): Error! Stream eof.",
+                "A: Error! Stream fail.", "B: Error! Stream bad."}));
+  EXPECT_EQ(qv::toBinaryString(0x80000005u), "1" + std::string(28, '0') + "101");
+  // Boxes include their edges and corners.
   const qv::Box unit(qv::Vector(0, 0), 1, 1), box(qv::Vector(1, 2), 3, 4);
   EXPECT_TRUE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1, 1), 1, 1)));
   EXPECT_FALSE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1.01f, 0), 1, 1)));
