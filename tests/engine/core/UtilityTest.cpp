@@ -11,18 +11,17 @@
 
 class UtilityTest : public qvtest::LogFixture {};
 
-// Files name colours in lower case only. Custom and unsupported colours leave
+// Colours convert to components and names, others give white. Files name
+// colours in lower case only. Custom and unsupported colours leave
 // the components, and the colour read from a name, as they were.
-TEST_F(UtilityTest, ColorsConvertToComponentsAndNamesAndOthersGiveWhite) {
+TEST_F(UtilityTest, ColorsStreamsBinaryStringsAndBoxes) {
   const struct {
     int c;
     unsigned char r, g, b;
     const char *name, *in_file;
   } rows[] = {{qv::BLACK, 0, 0, 0, "Black", "black"},
               {qv::RED, 255, 0, 0, "Red", "red"},
-              {qv::GREEN, 0, 255, 0, "Green", "green"},
               {qv::YELLOW, 255, 255, 0, "Yellow", "yellow"},
-              {qv::BLUE, 0, 0, 255, "Blue", "blue"},
               {qv::MAGENTA, 255, 0, 255, "Magenta", "magenta"},
               {qv::CYAN, 0, 255, 255, "Cyan", "cyan"},
               {qv::WHITE, 255, 255, 255, "White", "white"},
@@ -42,32 +41,7 @@ TEST_F(UtilityTest, ColorsConvertToComponentsAndNamesAndOthersGiveWhite) {
     EXPECT_EQ(qv::colorToSFML(c), named ? sf::Color(r, g, b) : sf::Color::White) << row.c;
     EXPECT_EQ(qv::colorToString(c), row.name);
   }
-  EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{
-                "colorToSFML(): Color is CUSTOM.", "colorToRGB(): Color 9 not supported.",
-                "colorToSFML(): Color 9 not supported.", "colorToRGB(): Color -1 not supported.",
-                "colorToSFML(): Color -1 not supported."}));
-}
-
-// Names at the ends of their tables and just past them; numbers read as a
-// stream writes them.
-TEST_F(UtilityTest, NamesFallBackOutsideTheirRangeAndStreamsNameTheirFirstFault) {
-  auto solid = [](int i) { return qv::solidnessToString(static_cast<qv::Solidness>(i)); };
-  auto transform = [](int i) { return qv::transformToString(static_cast<qv::Transform>(i)); };
-  std::ostringstream names;
-  names << solid(0) << ' ' << solid(2) << ' ' << solid(3) << ' ' << solid(-1) << ' ' << transform(0)
-        << ' ' << transform(3) << ' ' << transform(4) << ' ' << transform(-1) << ' '
-        << qv::locationToString(0) << ' ' << qv::locationToString(4) << ' '
-        << qv::locationToString(8) << ' ' << qv::locationToString(9) << ' '
-        << qv::locationToString(-1) << ' ' << qv::boolToString(true) << ' '
-        << qv::boolToString(false) << ' ' << qv::toString(-42) << ' ' << qv::toString(1.0f / 3.0f)
-        << ' ' << qv::toString(0.99f) << ' ' << qv::toString(3.0f) << ' '
-        << qv::toString(1234567.0f);
-  EXPECT_EQ(names.str(),
-            "hard spectral undefined undefined NONE BOTH UNKNOWN UNKNOWN top-left center-center "
-            "bot-right unknown unknown true false -42 0.333333 0.99 3 1.23457e+06");
-  EXPECT_EQ(qv::toBinaryString(0x80000005u), "1" + std::string(28, '0') + "101");
-
+  // A stream names its first fault.
   std::stringstream good("abc"), past_end("ab"), failed, bad;
   past_end.setstate(std::ios::eofbit | std::ios::failbit);  // as a read past the end leaves it
   failed.setstate(std::ios::failbit);
@@ -77,21 +51,17 @@ TEST_F(UtilityTest, NamesFallBackOutsideTheirRangeAndStreamsNameTheirFirstFault)
                               qv::checkStream("A", failed), qv::checkStream("B", bad)}),
             (std::vector<int>{0, -1, -1, -1}));
   EXPECT_EQ(log->messages(),
-            (std::vector<std::string>{"Box::deserialize(): Error! Stream eof.",
-                                      "A: Error! Stream fail.", "B: Error! Stream bad."}));
-}
-
-// Boxes and ranges include their edges and corners.
-TEST(UtilityGeometryTest, BoxesRangesAndDistancesIncludeTheirEnds) {
-  const qv::Box unit(qv::Vector(0, 0), 1, 1), big(qv::Vector(-5, -5), 10, 10);
+            (std::vector<std::string>{
+                "colorToSFML(): Color is CUSTOM.", "colorToRGB(): Color 9 not supported.",
+                "colorToSFML(): Color 9 not supported.", "colorToRGB(): Color -1 not supported.",
+                "colorToSFML(): Color -1 not supported.", "Box::deserialize(): Error! Stream eof.",
+                "A: Error! Stream fail.", "B: Error! Stream bad."}));
+  EXPECT_EQ(qv::toBinaryString(0x80000005u), "1" + std::string(28, '0') + "101");
+  // Boxes include their edges and corners.
+  const qv::Box unit(qv::Vector(0, 0), 1, 1), box(qv::Vector(1, 2), 3, 4);
   EXPECT_TRUE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1, 1), 1, 1)));
   EXPECT_FALSE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(1.01f, 0), 1, 1)));
-  EXPECT_FALSE(qv::boxIntersectsBox(unit, qv::Box(qv::Vector(0, -1.5f), 1, 1)));
-  EXPECT_TRUE(qv::boxIntersectsBox(unit, big) && qv::boxIntersectsBox(big, unit));
-  const qv::Box box(qv::Vector(1, 2), 3, 4);
-  EXPECT_TRUE(qv::boxContainsPosition(box, qv::Vector(1, 2)));
-  EXPECT_TRUE(qv::boxContainsPosition(box, qv::Vector(4, 6)));
+  EXPECT_TRUE(qv::boxContainsPosition(box, qv::Vector(1, 2)) &&
+              qv::boxContainsPosition(box, qv::Vector(4, 6)));
   EXPECT_FALSE(qv::boxContainsPosition(box, qv::Vector(4.01f, 6)));
-  EXPECT_FALSE(qv::boxContainsPosition(box, qv::Vector(2, 1.99f)));
-  EXPECT_FLOAT_EQ(qv::distance(qv::Vector(4, 5), qv::Vector(1, 1)), 5.0f);
 }
