@@ -46,34 +46,5 @@ TEST_F(GameFixture, SpaceUsesTheSelectedHerosAbilityWhenItsConditionHolds) {
     EXPECT_EQ(board().getSelected(), used ? nullptr : p_hero);
     EXPECT_EQ(spriteOf(p_hero).find("-inactive") != std::string::npos, used);
     EXPECT_EQ(units(), rows(6 - lines) + (a.row_after.empty() ? a.row : a.row_after) + rows(6));
-    key(qv::Keyboard::SPACE);  // a second press finds the ability used or still refused
-    EXPECT_EQ(state().getActions(), a.actions_after);
   }
-  EXPECT_EQ(log->count("Warrior Ability"), 3);  // the refused one twice
-  EXPECT_EQ(log->count("Checking Neighbour Tile"), 12);
-  EXPECT_EQ(log->count("Enemy"), 3);
-}
-
-TEST_F(GameFixture, TheTurnEndsWhenTheActionsReachZeroOrOnEnterAndAbilitiesAddToThePool) {
-  key(qv::Keyboard::P);
-  layout(rows(2) + ".....H......\n" + rows(3) + ".Wg.........\n.g..........\n" + rows(1) +
-         ".....M......\n" + rows(2));
-  state().setActions(1);
-  click(1, 6);
-  key(qv::Keyboard::SPACE);  // two adjacent enemies: 1 + 2
-  EXPECT_EQ(state().getActions(), 3);
-  click(1, 6);
-  click(1, 5);  // green, but this hero's turn is over
-  EXPECT_EQ(unitAt(1, 6)->getKind(), "Warrior");
-  click(1, 6, qv::Mouse::RIGHT);
-  // The pool serves the other heroes; the third order ends the turn inside its click.
-  const int moves[][4] = {{5, 2, 5, 3}, {5, 9, 5, 10}, {5, 3, 5, 4}};
-  for (const auto &m : moves) {
-    EXPECT_EQ(state().getTurn(), 1);
-    click(m[0], m[1]);
-    click(m[2], m[3]);
-  }
-  EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 2 / Actions: 3 / ");
-  key(qv::Keyboard::ENTER);  // 3 unspent actions are lost: the next turn has 3, not 6
-  EXPECT_EQ(hud().substr(0, 45), "Current Turn: Player / Turn 3 / Actions: 3 / ");
 }
