@@ -28,3 +28,13 @@ TEST(BoardPathTest, AgreesWithThePlainSearchOnRandomBoards) {
     ASSERT_TRUE(expected < limit ? limited == expected : limited >= limit) << "board " << board;
   }
 }
+
+// (9,9) is first reached by way of the dead end in column 11, with g 5, and
+// keeps that g although it lies 3 steps from the start up column 9: 11 steps
+// where 9 would do. The game's search must give the same 11.
+TEST(BoardPathTest, ATileKeepsTheFirstGItWasGiven) {
+  Occupancy occupied{};
+  occupied[10][7] = occupied[11][8] = occupied[10][10] = true;
+  EXPECT_EQ(reference::pathLength(occupied, 10, 11, 11, 7), 11);
+  EXPECT_EQ(boardPathLength(occupied, 10, 11, 11, 7), 11);
+}

@@ -1,15 +1,18 @@
-// The built program run on its own, headless, in a run folder of its own.
+// The built program run on its own in a run folder of its own: headless, or
+// in a window played through the X server.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "ChildProcess.h"
 #include "TempDir.h"
+#include "XInput.h"
 
 using qvtest::ChildProcess;
 using qvtest::TempDir;
@@ -86,4 +89,50 @@ TEST(MainTest, UnopenableLogEndsWithStatusOneAndTheReasonOnStandardError) {
                 "LogManager::startup(): Warning! Unable to open file '" + log_name + "'.",
                 "GameManager::startUp(): Error! Starting log manager.",
                 "Error starting game manager!", STARS, "** Game engine stopped **"}));
+}
+
+// In a window, played through the X server: Q on the title screen ends the
+// program; so does Ctrl-C in a level. Both with status 0 and a complete log.
+TEST(MainTest, QOnTheTitleScreenOrCtrlCInALevelEndsTheGameWithStatusZero) {
+  const qvtest::XInput x;
+  if (!std::getenv("DISPLAY") || !x.ok()) GTEST_SKIP() << "no X display or no XTest library";
+  const auto tap = [&x](const char *key) {
+    x.key(key, true);
+    usleep(100000);
+    x.key(key, false);
+    usleep(1000000);
+  };
+  for (bool in_level : {false, true}) {
+    TempDir dir;
+    qvtest::copyRunFolder(dir.path());
+    dir.write("qv-config.txt", "networking:false,\nrandom_seed:1,\n");
+    ChildProcess game(QV_GAME_PATH, dir.path(),
+                      {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr}});
+    ASSERT_TRUE(game.waitUntilCatching(SIGINT));
+    // The window is centred on the screen: the pointer there keeps the
+    // keyboard on it, and in a level lies on tile (4, 4).
+    const int cx = x.width() / 2 + 3, cy = x.height() / 2 + 8;
+    x.pointer(cx, cy);
+    usleep(1000000);
+    tap("space");  // ends the splash
+    if (in_level) {
+      tap("p");
+      x.pointer(cx + 1, cy);  // the tiles learn where the pointer is
+      usleep(500000);
+      x.button(true);
+      x.button(false);
+      usleep(500000);
+      game.sendSignal(SIGINT);
+    } else {
+      tap("q");
+    }
+    ASSERT_TRUE(game.wait());
+    EXPECT_EQ(game.exited() ? game.exitStatus() : -game.termSignal(), 0);
+    const std::vector<std::string> lines =
+        qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "boardNotNull"), in_level ? 1 : 0);
+    ASSERT_GE(lines.size(), 6u);
+    EXPECT_EQ(lines.front() + lines[1] + lines[lines.size() - 2] + lines.back(),
+              STARS + "** Quorvelle version 4.25 **" + STARS + "** Game engine stopped **");
+  }
 }

@@ -26,6 +26,9 @@ class XInput {
   void focus(unsigned long window) const {
     call<unsigned long, int, unsigned long>(RTLD_DEFAULT, "XSetInputFocus", window, 1, 0);
   }
+  // The root window's size in pixels.
+  int width() const { return screenSize("XDisplayWidth"); }
+  int height() const { return screenSize("XDisplayHeight"); }
   void pointer(int x, int y) const {
     call<int, int, int, unsigned long>(m_p_xtst, "XTestFakeMotionEvent", -1, x, y, 0);
   }
@@ -46,6 +49,9 @@ class XInput {
   }
 
  private:
+  int screenSize(const char *name) const {
+    return reinterpret_cast<int (*)(void *, int)>(dlsym(RTLD_DEFAULT, name))(m_p_display, 0);
+  }
   // A request on the display, done by the server before the play goes on.
   template <typename... A>
   void call(void *p_library, const char *name, A... args) const {
