@@ -64,7 +64,8 @@ TEST_F(ObjectRecordTest, ValueTypesComputeAndWriteLittleEndianFieldsInOrder) {
   EXPECT_EQ(out.str(), bytes.substr(0, 8) + bytes);
   Vector v;
   qv::Box box;
-  ASSERT_EQ(v.deserialize(&in) + box.deserialize(&in), -1);  // the box is four bytes short
+  ASSERT_EQ(v.deserialize(&in), 0);     // both read one stream: the vector first
+  ASSERT_EQ(box.deserialize(&in), -1);  // the box is four bytes short
   EXPECT_EQ(v.toString() + box.toString(), "(1,-2)(0,0) h: 0 v: 0");
   in.clear();
   in.str(bytes);
