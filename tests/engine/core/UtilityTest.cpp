@@ -21,7 +21,9 @@ TEST_F(UtilityTest, ColorsStreamsBinaryStringsAndBoxes) {
     const char *name, *in_file;
   } rows[] = {{qv::BLACK, 0, 0, 0, "Black", "black"},
               {qv::RED, 255, 0, 0, "Red", "red"},
+              {qv::GREEN, 0, 255, 0, "Green", "green"},
               {qv::YELLOW, 255, 255, 0, "Yellow", "yellow"},
+              {qv::BLUE, 0, 0, 255, "Blue", "blue"},
               {qv::MAGENTA, 255, 0, 255, "Magenta", "magenta"},
               {qv::CYAN, 0, 255, 255, "Cyan", "cyan"},
               {qv::WHITE, 255, 255, 255, "White", "white"},
