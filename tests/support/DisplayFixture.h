@@ -26,7 +26,7 @@ inline sf::Image grabWindow() {
 }
 
 // Starts only the log and the display manager. The default is a small real
-// window of 24 x 8 cells of 20 x 30 pixels; tests that need a window are skipped when there is no X
+// window of 24 x 8 cells of 20 x 30 pixels; skipped when there is no X
 // display. The world's view is put back at the origin before and after.
 class DisplayFixture : public ::testing::Test {
  protected:
@@ -68,7 +68,7 @@ class DisplayFixture : public ::testing::Test {
 
 // The whole engine with a real window of 80 x 24 cells of 12.8 x 32 pixels
 // (the shipped geometry); skipped when there is no X display.
-class HudWindowFixture : public EngineFixture {
+class EngineWindowFixture : public EngineFixture {
  protected:
   std::string config() const override {
     return "headless:false,\nwindow_horizontal_pixels:1024,\nwindow_vertical_pixels:768,\n"

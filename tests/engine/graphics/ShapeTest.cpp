@@ -9,7 +9,7 @@ using qv::Vector;
 namespace {
 
 class ShapeTest : public qvtest::EngineFixture {};
-class ShapeWindowTest : public qvtest::HudWindowFixture {};
+class ShapeWindowTest : public qvtest::EngineWindowFixture {};
 
 // The figure a shape of the type and size makes at pixel (100, 50), as text.
 std::string figureOf(int type, float size) {

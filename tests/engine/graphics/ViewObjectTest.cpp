@@ -12,7 +12,7 @@ using qv::ViewObject;
 namespace {
 
 class ViewObjectTest : public qvtest::EngineFixture {};
-class ViewObjectWindowTest : public qvtest::HudWindowFixture {};
+class ViewObjectWindowTest : public qvtest::EngineWindowFixture {};
 
 }  // namespace
 
