@@ -86,8 +86,7 @@ TEST(GettingStartedTest, TheGuidesFirstGameIsTheBuiltOneAndRunsCleanly) {
   EXPECT_EQ(guide.substr(start, end - start), readFile(QV_SOURCE_DIR "/examples/minimal/main.cpp"));
 
   qvtest::TempDir dir;
-  qvtest::copyRunFolder(dir.path());
-  dir.write("qv-config.txt", "headless:true,\nnetworking:false,\n");
+  qvtest::prepareRunFolder(dir, "headless:true,\nnetworking:false,\n");
   qvtest::ChildProcess game(QV_MINIMAL_PATH, dir.path(),
                             {{"QUORVELLE_LOG", nullptr},
                              {"QUORVELLE_CONFIG", nullptr},
@@ -99,10 +98,9 @@ TEST(GettingStartedTest, TheGuidesFirstGameIsTheBuiltOneAndRunsCleanly) {
   EXPECT_EQ(game.stderrText(), "");
   // Only the start and stop banners: the sprite loaded, nothing went wrong.
   const std::string stars(52, '*');
-  EXPECT_EQ(
-      qvtest::logMessages(readFile(dir.file("quorvelle.log"))),
-      (std::vector<std::string>{stars, "** Quorvelle version 4.25 **", "** Game engine started **",
-                                stars, stars, "** Game engine stopped **"}));
+  EXPECT_EQ(qvtest::runLog(dir), (std::vector<std::string>{stars, "** Quorvelle version 4.25 **",
+                                                           "** Game engine started **", stars,
+                                                           stars, "** Game engine stopped **"}));
 }
 
 using ArcadeTest = qvtest::EngineFixture;

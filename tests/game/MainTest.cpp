@@ -32,8 +32,7 @@ std::vector<std::string> runUntil(int signal, const std::string &config, const c
                                   int wait_ms, const std::vector<std::string> &wanted = {},
                                   int status = 0) {
   TempDir dir;
-  qvtest::copyRunFolder(dir.path());
-  dir.write("qv-config.txt", "headless:true,\nnetworking:false,\n" + config);
+  qvtest::prepareRunFolder(dir, "headless:true,\nnetworking:false,\n" + config);
   ChildProcess game(QV_GAME_PATH, dir.path(),
                     {{"QUORVELLE_LOG", nullptr},
                      {"QUORVELLE_CONFIG", nullptr},
@@ -48,7 +47,7 @@ std::vector<std::string> runUntil(int signal, const std::string &config, const c
   EXPECT_EQ(game.exited() ? game.exitStatus() : -game.termSignal(), status);
   EXPECT_EQ(game.stderrText(), "");
   std::vector<std::string> kept;
-  for (const std::string &line : qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log"))))
+  for (const std::string &line : qvtest::runLog(dir))
     if (wanted.empty() || std::count(wanted.begin(), wanted.end(), line) > 0) kept.push_back(line);
   return kept;
 }
@@ -76,8 +75,7 @@ TEST(MainTest, SignalsEndTheProgramWithStatusZeroAndItsLogCompleteUnlessSignalsA
 
 TEST(MainTest, UnopenableLogEndsWithStatusOneAndTheReasonOnStandardError) {
   TempDir dir;
-  qvtest::copyRunFolder(dir.path());
-  dir.write("qv-config.txt", "headless:true,\n");
+  qvtest::prepareRunFolder(dir, "headless:true,\n");
   const std::string log_name = dir.file("no-such-folder/quorvelle.log");
   ChildProcess game(QV_GAME_PATH, dir.path(),
                     {{"QUORVELLE_LOG", log_name.c_str()}, {"QUORVELLE_CONFIG", nullptr}});
@@ -104,8 +102,7 @@ TEST(MainTest, QOnTheTitleScreenOrCtrlCInALevelEndsTheGameWithStatusZero) {
   };
   for (bool in_level : {false, true}) {
     TempDir dir;
-    qvtest::copyRunFolder(dir.path());
-    dir.write("qv-config.txt", "networking:false,\nrandom_seed:1,\n");
+    qvtest::prepareRunFolder(dir, "networking:false,\nrandom_seed:1,\n");
     ChildProcess game(QV_GAME_PATH, dir.path(),
                       {{"QUORVELLE_LOG", nullptr}, {"QUORVELLE_CONFIG", nullptr}});
     ASSERT_TRUE(game.waitUntilCatching(SIGINT));
@@ -128,8 +125,7 @@ TEST(MainTest, QOnTheTitleScreenOrCtrlCInALevelEndsTheGameWithStatusZero) {
     }
     ASSERT_TRUE(game.wait());
     EXPECT_EQ(game.exited() ? game.exitStatus() : -game.termSignal(), 0);
-    const std::vector<std::string> lines =
-        qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
+    const std::vector<std::string> lines = qvtest::runLog(dir);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "boardNotNull"), in_level ? 1 : 0);
     ASSERT_GE(lines.size(), 6u);
     EXPECT_EQ(lines.front() + lines[1] + lines[lines.size() - 2] + lines.back(),

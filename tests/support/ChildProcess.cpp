@@ -17,14 +17,19 @@ namespace fs = std::filesystem;
 
 namespace qvtest {
 
-void copyRunFolder(const std::string &dir) {
+void prepareRunFolder(const TempDir &dir, const std::string &config) {
   const fs::path program = fs::path(QV_GAME_PATH).filename();
   for (const fs::directory_entry &entry : fs::directory_iterator(QV_RUN_DIR)) {
     const fs::path name = entry.path().filename();
     if (name == program || name.extension() == ".log") continue;
-    fs::copy(entry.path(), fs::path(dir) / name,
+    fs::copy(entry.path(), fs::path(dir.path()) / name,
              fs::copy_options::recursive | fs::copy_options::overwrite_existing);
   }
+  dir.write("qv-config.txt", config);
+}
+
+std::vector<std::string> runLog(const TempDir &dir) {
+  return logMessages(readFile(dir.file("quorvelle.log")));
 }
 
 ChildProcess::ChildProcess(const std::string &program, const std::string &dir,

@@ -8,11 +8,16 @@
 #include <utility>
 #include <vector>
 
+#include "TempDir.h"
+
 namespace qvtest {
 
 // Copies the built program's run folder (assets, configuration) into dir,
-// leaving out the program and any log, so a test can change files freely.
-void copyRunFolder(const std::string &dir);
+// leaving out the program and any log, so a test can change files freely,
+// and writes config as its configuration file.
+void prepareRunFolder(const TempDir &dir, const std::string &config);
+// The messages of the log a program wrote in its run folder.
+std::vector<std::string> runLog(const TempDir &dir);
 
 // The built program (or any executable) started as a separate process in a
 // working directory of the test's choosing, its standard error kept in a

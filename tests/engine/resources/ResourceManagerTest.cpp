@@ -336,8 +336,7 @@ TEST(SoundOutputTest, WithoutADeviceOnlyTheLogSaysSoAndLoadsStillSucceed) {
     ASSERT_TRUE(program.wait()) << driver;
     EXPECT_EQ(program.exitStatus(), 0) << driver;
     EXPECT_EQ(program.stderrText(), "") << driver;
-    const std::vector<std::string> lines =
-        qvtest::logMessages(qvtest::readFile(dir.file("quorvelle.log")));
+    const std::vector<std::string> lines = qvtest::runLog(dir);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), note), notes) << driver;
     EXPECT_EQ(lines.size(), 6u + notes) << driver;  // otherwise only the banners
   }
